@@ -1,0 +1,7 @@
+#include "Corvane/module/UpdatesThemes.h"
+
+namespace corvane {
+
+UpdatesThemes::~UpdatesThemes() = default;
+
+} // namespace corvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Corvane/corvane_export.h"
+#include "Corvane/themes/CreatesDirectory.h"
+#include "Corvane/themes/DirectoryLister.h"
+#include "Corvane/themes/DeletesFiles.h"
+#include "Corvane/themes/FileCopier.h"
+
+#include <memory>
+
+namespace corvane {
+
+// The file-system operations the module needs, behind one-operation interfaces so a test can inject a
+// failure. One shared instance serves the whole process; it holds no state.
+class CORVANE_EXPORT FileManager final : public DirectoryLister,
+                                         public CreatesDirectory,
+                                         public FileCopier,
+                                         public DeletesFiles {
+public:
+    // The process-wide instance every collaborator is handed.
+    static std::shared_ptr<FileManager> shared();
+
+    Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl& directory) const override;
+    Result<void, AnyError> createDirectoryIfNeeded(const QUrl& directory) const override;
+    // Crash-safe replace: the source goes to a temporary file beside the destination first, then the
+    // old file goes to the Trash, then the temporary file is renamed into place. Creates no directory.
+    Result<void, AnyError> copy(const CopyCommand& command) const override;
+    Result<void, AnyError> deleteItem(const QUrl& url) const override;
+};
+
+} // namespace corvane

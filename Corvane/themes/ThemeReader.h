@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Corvane/module/Result.h"
+#include "Corvane/themes/DirectoryLister.h"
+#include "Corvane/themes/StoredTheme.h"
+#include "Corvane/themes/ThemeDecoder.h"
+#include "Corvane/themes/ThemeDecodingError.h"
+
+#include <QList>
+#include <QUrl>
+
+#include <memory>
+
+namespace corvane {
+
+// Reads every theme file (name ending in ".theme.json") of one directory, sorted by theme name.
+// One broken file fails the whole reading. Not for two threads at once (its decoder is not).
+class ThemeReader {
+public:
+    ThemeReader(std::shared_ptr<ThemeDecoder> themeDecoder, std::shared_ptr<const DirectoryLister> directoryLister);
+
+    Result<QList<StoredTheme>, ThemeDecodingError> readThemes(const QUrl& directory) const;
+
+private:
+    std::shared_ptr<ThemeDecoder> m_themeDecoder;
+    std::shared_ptr<const DirectoryLister> m_directoryLister;
+};
+
+} // namespace corvane

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds Corvane and runs every test: the Qt Test programs through CTest, then the fuzzers for a
+# bounded time (CORVANE_FUZZ_SECONDS each, 60 by default).
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+"$top/scripts/install-dependencies.sh"
+"$top/scripts/build.sh"
+build=${CORVANE_BUILD_DIR:-$top/build}
+ctest --test-dir "$build" --output-on-failure --parallel "$(nproc)"
+for extra in fuzz.sh package-test.sh; do
+  if [ -x "$top/scripts/$extra" ]; then
+    "$top/scripts/$extra"
+  fi
+done

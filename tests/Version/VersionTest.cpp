@@ -1,0 +1,114 @@
+#include "Version/Version.h"
+
+#include <QTest>
+
+using corvane::Version;
+
+namespace QTest {
+template <>
+char* toString(const Version& version)
+{
+    return qstrdup(version.toString().toUtf8().constData());
+}
+} // namespace QTest
+
+Q_DECLARE_METATYPE(Version)
+
+class VersionTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void readsText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected"); // empty: the reading fails
+
+        QTest::newRow("three numbers") << "1.2.3" << "1.2.3";
+        QTest::newRow("one number") << "2" << "2.0.0";
+        QTest::newRow("two numbers") << "1.5" << "1.5.0";
+        QTest::newRow("fourth number ignored") << "1.2.3.4" << "1.2.3";
+        QTest::newRow("rest after third split is one piece") << "1.2.3.4.5" << "1.2.3";
+        QTest::newRow("dropped piece moves numbers forward") << "1.x.3.4" << "1.3.4";
+        QTest::newRow("dropped piece and unsplit rest") << "1.x.3.4.5" << "1.3.0";
+        QTest::newRow("trailing full stop") << "1.2.3." << "1.2.3";
+        QTest::newRow("letter before the first number") << "V1.2.3" << "2.3.0";
+        QTest::newRow("pre-release suffix") << "1.2.3-beta" << "1.2.0";
+        QTest::newRow("empty piece counts as a split") << "1..2" << "1.2.0";
+        QTest::newRow("empty pieces use up the splits") << "1...2.3" << "1.0.0";
+        QTest::newRow("signs are dropped") << "1.-2.+3" << "1.2.3";
+        QTest::newRow("leading zeros") << "007.010.0" << "7.10.0";
+        QTest::newRow("leading space") << " 1.2" << "2.0.0";
+        QTest::newRow("trailing space") << "1.2.3 " << "1.2.0";
+        QTest::newRow("out of range") << "99999999999999999999.4" << "4.0.0";
+        QTest::newRow("largest number") << "9223372036854775807" << "9223372036854775807.0.0";
+        QTest::newRow("smallest number is dropped") << "-9223372036854775808.5" << "5.0.0";
+        QTest::newRow("negative largest") << "-9223372036854775807" << "9223372036854775807.0.0";
+        QTest::newRow("lone sign") << "+.1" << "1.0.0";
+        QTest::newRow("double sign") << "--1.2" << "2.0.0";
+        QTest::newRow("underscore") << "1_0.2" << "2.0.0";
+        QTest::newRow("non-ASCII digits") << QString::fromUtf8("\u0661.2") << "2.0.0";
+        QTest::newRow("full stop with combining mark is no separator")
+            << QString::fromUtf8("1.\u03012.3") << "3.0.0";
+        QTest::newRow("combining mark on a digit") << QString::fromUtf8("1\u0301.2") << "2.0.0";
+        QTest::newRow("non-Latin text around numbers") << QString::fromUtf8("版本.1.2") << "1.2.0";
+        QTest::newRow("empty text") << "" << "";
+        QTest::newRow("word without digits") << "beta" << "";
+        QTest::newRow("four full stops") << "...." << "";
+        QTest::newRow("only the smallest number") << "-9223372036854775808" << "";
+    }
+
+    void readsText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        const auto version = Version::fromString(text);
+        if (expected.isEmpty()) {
+            QVERIFY(!version);
+            QCOMPARE(version.error().message,
+                     QStringLiteral("Version.init(string:) expects to find at least one number"));
+        } else {
+            QVERIFY(version);
+            QCOMPARE(version->toString(), expected);
+            QVERIFY(version->major() >= 0 && version->minor() >= 0 && version->patch() >= 0);
+        }
+    }
+
+    void printedTextReadsBackEqual()
+    {
+        const Version version = *Version::fromString(QStringLiteral("1.2"));
+        QCOMPARE(version.toString(), QStringLiteral("1.2.0"));
+        QCOMPARE(*Version::fromString(version.toString()), version);
+        QCOMPARE(Version(-1, 0, -3).toString(), QStringLiteral("-1.0.-3"));
+    }
+
+    void orders_data()
+    {
+        QTest::addColumn<Version>("left");
+        QTest::addColumn<Version>("right");
+        QTest::addColumn<int>("order"); // -1: left < right, 0: equal, 1: left > right
+
+        QTest::newRow("equal") << Version(1, 2, 3) << Version(1, 2, 3) << 0;
+        QTest::newRow("patch") << Version(1, 2, 3) << Version(1, 2, 4) << -1;
+        QTest::newRow("patch numerically") << Version(1, 2, 10) << Version(1, 2, 9) << 1;
+        QTest::newRow("minor numerically") << Version(1, 10, 0) << Version(1, 9, 0) << 1;
+        QTest::newRow("major dominates") << Version(2, 0, 0) << Version(1, 99, 99) << 1;
+        QTest::newRow("signed comparison") << Version(-1, 0, 0) << Version(0, 0, 0) << -1;
+    }
+
+    void orders()
+    {
+        QFETCH(Version, left);
+        QFETCH(Version, right);
+        QFETCH(int, order);
+        QCOMPARE(left < right, order < 0);
+        QCOMPARE(left > right, order > 0);
+        QCOMPARE(left == right, order == 0);
+        QCOMPARE(left <= right, order <= 0);
+        QCOMPARE(left >= right, order >= 0);
+        QVERIFY(!(left < left));
+        QVERIFY(left <= left && left >= left);
+    }
+};
+
+QTEST_APPLESS_MAIN(VersionTest)
+#include "VersionTest.moc"

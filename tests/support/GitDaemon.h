@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QUrl>
+
+namespace corvane::test {
+
+// A real "git daemon" serving every repository below a directory over git:// on 127.0.0.1, on a free
+// port, for as long as the object lives.
+class GitDaemon {
+public:
+    explicit GitDaemon(QString basePath);
+    ~GitDaemon();
+
+    GitDaemon(const GitDaemon&) = delete;
+    GitDaemon& operator=(const GitDaemon&) = delete;
+
+    bool isRunning() const { return m_port != 0; }
+    quint16 port() const { return m_port; }
+    // git://127.0.0.1:PORT/<relative path>
+    QUrl url(const QString& relativePath) const;
+
+    void stop();
+
+private:
+    QString m_basePath;
+    QProcess m_process;
+    quint16 m_port = 0;
+};
+
+} // namespace corvane::test

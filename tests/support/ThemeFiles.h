@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace corvane::test {
+
+// The JSON of a theme file with the four keys the module reads, and a little extra content as real
+// theme files carry.
+QByteArray themeJson(const QString& name, const QString& style, const QStringList& authors, const QString& version);
+
+// Writes a theme file into a directory (created if missing); returns its path.
+QString writeTheme(const QString& directory, const QString& fileName, const QString& name, const QString& style,
+                   const QStringList& authors, const QString& version);
+
+// Writes raw bytes to a file in a directory (created if missing); returns its path.
+QString writeFile(const QString& directory, const QString& fileName, const QByteArray& content);
+
+QByteArray readFile(const QString& path);
+
+} // namespace corvane::test

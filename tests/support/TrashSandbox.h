@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace corvane::test {
+
+// Points XDG_DATA_HOME at a temporary directory while it lives, so moving to the Trash uses a Trash
+// of the test's own and never the user's.
+class TrashSandbox {
+public:
+    TrashSandbox();
+    ~TrashSandbox();
+
+    // The Trash's files directory ($XDG_DATA_HOME/Trash/files).
+    QString filesDirectory() const;
+    // The names of the items now in the Trash, sorted.
+    QStringList trashedNames() const;
+
+private:
+    QTemporaryDir m_home;
+    QByteArray m_previous;
+    bool m_hadPrevious;
+};
+
+} // namespace corvane::test

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QStringList>
+
+namespace corvane::cli {
+
+// Each subcommand takes its own arguments (the subcommand's name first) and returns the exit status.
+// Every one but show runs with a QCoreApplication; show needs a QApplication.
+int runLint(const QStringList& arguments);
+int runCheck(const QStringList& arguments);
+int runList(const QStringList& arguments);
+int runInstall(const QStringList& arguments);
+int runShow(const QStringList& arguments);
+
+} // namespace corvane::cli

@@ -1,0 +1,12 @@
+#include "CommandLine.h"
+#include "Commands.h"
+
+namespace corvane::cli {
+
+int runList(const QStringList&)
+{
+    printError(QStringLiteral("corvane: this command is not available yet"));
+    return failed;
+}
+
+} // namespace corvane::cli

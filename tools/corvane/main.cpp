@@ -1,0 +1,69 @@
+#include "CommandLine.h"
+#include "Commands.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+struct Subcommand {
+    const char* name;
+    int (*run)(const QStringList&);
+    bool needsWidgets;
+    const char* summary;
+};
+
+constexpr Subcommand subcommands[] = {
+    {"check", corvane::cli::runCheck, false, "tell whether the theme repository moved on since a commit"},
+    {"list", corvane::cli::runList, false, "list the new and updated themes the updater window would show"},
+    {"install", corvane::cli::runInstall, false, "install or update themes as the window's buttons do"},
+    {"lint", corvane::cli::runLint, false, "check every theme file of a directory"},
+    {"show", corvane::cli::runShow, true, "open the updater window, or render it to a PNG"},
+};
+
+void printUsage()
+{
+    corvane::cli::printError(QStringLiteral("usage: corvane <command> [options]   (corvane <command> --help)"));
+    for (const Subcommand& command : subcommands)
+        corvane::cli::printError(QStringLiteral("  %1  %2").arg(QString::fromLatin1(command.name).leftJustified(8),
+                                                              QString::fromLatin1(command.summary)));
+}
+
+// Without a display there is nothing to open a window on; render off screen instead.
+void chooseOffscreenPlatformWithoutDisplay()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+        printUsage();
+        return argc < 2 ? corvane::cli::badUsage : corvane::cli::done;
+    }
+    for (const Subcommand& command : subcommands) {
+        if (std::strcmp(argv[1], command.name) != 0)
+            continue;
+        std::unique_ptr<QCoreApplication> application;
+        if (command.needsWidgets) {
+            chooseOffscreenPlatformWithoutDisplay();
+            application = std::make_unique<QApplication>(argc, argv);
+        } else {
+            application = std::make_unique<QCoreApplication>(argc, argv);
+        }
+        QCoreApplication::setApplicationName(QStringLiteral("corvane"));
+        QStringList arguments = QCoreApplication::arguments();
+        arguments.removeFirst(); // the program; the subcommand's name stands first, as a parser expects
+        return command.run(arguments);
+    }
+    corvane::cli::printError(QStringLiteral("corvane: unknown command '%1'").arg(QString::fromLocal8Bit(argv[1])));
+    printUsage();
+    return corvane::cli::badUsage;
+}
