@@ -1,0 +1,41 @@
+// A host in miniature: checks a theme repository with the installed Corvane package.
+#include <Corvane/module/CorvaneModule.h>
+#include <Corvane/module/CorvaneVersion.h>
+#include <Corvane/themes/FileManager.h>
+#include <Version/Version.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cstdio>
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    if (argc != 4) {
+        std::fputs("usage: consumer REMOTE CLONE INSTALLED\n", stderr);
+        return 2;
+    }
+    const auto version = corvane::Version::fromString(QStringLiteral("1.10"));
+    if (!version || version->toString() != QStringLiteral("1.10.0") || CorvaneVersionNumber != 1.0)
+        return 1;
+
+    const corvane::Configuration configuration(QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath()),
+                                               QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[2])).absoluteFilePath()),
+                                               QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[3])).absoluteFilePath()));
+    if (!corvane::FileManager::shared()->createDirectoryIfNeeded(configuration.installedThemeDirectory()))
+        return 1;
+
+    int exitCode = 1;
+    corvane::CorvaneModule(configuration).hasUpdates(std::nullopt, [&](const corvane::ThemeRepositoryStatus& status) {
+        if (const auto* update = std::get_if<corvane::UpdateAvailable>(&status)) {
+            std::printf("update-available %s\n", qPrintable(update->commit));
+            exitCode = update->commit.size() == 40 ? 0 : 1;
+        } else if (const auto* failure = std::get_if<corvane::RepositoryCheckFailure>(&status)) {
+            std::fprintf(stderr, "%s\n", qPrintable(failure->error.errorDescription()));
+        }
+        QCoreApplication::quit();
+    });
+    application.exec();
+    return exitCode;
+}
