@@ -25,8 +25,8 @@ QUrl location(const QString& argument)
 // The host installs its translators; Corvane's texts are looked up in them like the host's own.
 void loadTranslations(QApplication& application, const QString& language)
 {
-    const QStringList folders = {QCoreApplication::applicationDirPath(),
-                                 QCoreApplication::applicationDirPath() + QStringLiteral("/translations")};
+    const QStringList folders = {QCoreApplication::applicationDirPath() + QStringLiteral("/translations"),
+                                 QStringLiteral(CORVANE_TRANSLATIONS_DIR)};
     for (const QString& catalogue : {QStringLiteral("corvane_"), QStringLiteral("corvane-demo_")}) {
         auto translator = new QTranslator(&application);
         for (const QString& folder : folders) {

@@ -1,0 +1,215 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" sourcelanguage="en">
+<context>
+    <name></name>
+    <message id="corvane.comparison.time-out">
+        <source>The theme repository %@ did not answer within %@ seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.style.light">
+        <source>Light</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.style.dark">
+        <source>Dark</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.ThemeDifferencesError.base">
+        <source>Computing theme differences failed: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.generic-error.description">
+        <source>The operation couldn&apos;t be completed. (%@ error %@.)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.fetch-failed.title">
+        <source>Update Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.fetch-failed.message">
+        <source>Themes from the server could not be updated.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.fetch-failed.close-updater">
+        <source>Ignore</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.fetch-failed.retry">
+        <source>Retry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.copying-failed.title">
+        <source>Copying Theme Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.copying-failed.message">
+        <source>The theme &apos;%@&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.copying-failed.continue">
+        <source>Continue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.copying-failed.resolve">
+        <source>Delete Local Themes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-local-repo-failed.title">
+        <source>Deleting Local Theme Repository Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-local-repo-failed.message">
+        <source>Deleting the local copy of available themes failed. You can try to remove the directory manually and try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-local-repo-failed.continue">
+        <source>Ignore</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-local-repo-failed.resolve">
+        <source>Show Directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-installed-themes-failed.title">
+        <source>Deleting Local Theme Repository Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-installed-themes-failed.message">
+        <source>Removing installed themes failed. You can try to remove the directory manually and try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-installed-themes-failed.continue">
+        <source>Ignore</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.deleting-installed-themes-failed.resolve">
+        <source>Show Directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.LocalThemeFetchingError.fileError">
+        <source>File error: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.LocalThemeFetchingError.base">
+        <source>Local theme fetching error: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.RemoteThemeFetchingError.repositoryError">
+        <source>Repository error: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.RemoteThemeFetchingError.base">
+        <source>Remote theme fetching error: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.git.no-progress">
+        <source>The transfer from %@ made no progress for %@ seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.dataCorrupted">
+        <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%@).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.keyNotFound">
+        <source>No value associated with key &quot;%@&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.valueNotFound">
+        <source>Expected %@ value for key &quot;%@&quot; but found null instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.typeMismatch.document">
+        <source>Expected the document to be a JSON %@ but found %@ instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.typeMismatch">
+        <source>Expected %@ value for key &quot;%@&quot; but found %@ instead.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecodingError.dataReadingFailed">
+        <source>reading Data from &apos;%@&apos; failed: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecodingError.jsonDecodingFailed">
+        <source>decoding JSON from &apos;%@&apos; failed: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecodingError.base">
+        <source>Could not decode JSON, %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.missing">
+        <source>The file doesn&apos;t exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.kind.directory">
+        <source>a directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.kind.fifo">
+        <source>a FIFO (named pipe)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.kind.socket">
+        <source>a socket</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.kind.device">
+        <source>a device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.kind.special">
+        <source>a special file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.not-regular">
+        <source>It is not a regular file but %@.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file.too-large">
+        <source>The file has %@ bytes; a theme file may have at most %@ bytes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.ThemeDecodingError.base">
+        <source>Theme decoding failed: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.string">
+        <source>a string</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.array">
+        <source>an array</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.object">
+        <source>an object</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.boolean">
+        <source>a boolean</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.null">
+        <source>null</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.found.number">
+        <source>a number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.corrupted.utf8">
+        <source>the text is not valid UTF-8</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.corrupted.depth">
+        <source>arrays and objects are nested more than 1024 levels deep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.JSONDecoderError.corrupted.empty">
+        <source>the document is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>
