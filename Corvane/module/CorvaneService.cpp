@@ -1,11 +1,28 @@
 #include "Corvane/module/CorvaneService.h"
 
+#include "Corvane/sources/OID.h"
+#include "Corvane/sources/SynchronizedRepository.h"
+
 namespace corvane {
 
-// Placeholder until the git layer lands.
-ThemeRepositoryStatus CorvaneService::repositoryStatus(const std::optional<QString>&) const
+ThemeRepositoryStatus CorvaneService::repositoryStatus(const std::optional<QString>& sinceCommit) const
 {
-    return RepositoryCheckFailure{GitError(-1, 0, QStringLiteral("not implemented"))};
+    const SynchronizedRepository synchronizedRepository(m_configuration.localThemeRepositoryURL(),
+                                                        m_configuration.remoteThemeRepositoryURL());
+    const auto commitId = flatMap(synchronizedRepository.synchronize(), [](Repository repository) {
+        return flatMap(repository.HEAD(), [&](Reference head) {
+            return map(repository.commit(head.oid()), [](Commit commit) { return commit.oid(); });
+        });
+    });
+    if (!commitId)
+        return RepositoryCheckFailure{commitId.error()};
+
+    // Only equality counts: an abbreviated id, an ancestor or an unrelated commit is an update.
+    if (sinceCommit) {
+        if (const std::optional<OID> since = OID::fromString(*sinceCommit); since && *since == *commitId)
+            return UpToDate{};
+    }
+    return UpdateAvailable{commitId->description()};
 }
 
 } // namespace corvane

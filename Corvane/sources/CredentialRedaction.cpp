@@ -1,0 +1,28 @@
+#include "Corvane/sources/CredentialRedaction.h"
+
+#include <QRegularExpression>
+
+namespace corvane {
+
+QString removeCredentials(const QString& text, const QUrl& url)
+{
+    QString result = text;
+    // The user information as the URL was written, percent-encoding and all, and decoded.
+    if (!url.userInfo().isEmpty()) {
+        for (const QString& userInfo : {url.userInfo(QUrl::FullyEncoded), url.userInfo(QUrl::FullyDecoded)}) {
+            if (!userInfo.isEmpty())
+                result.replace(userInfo + u'@', QString());
+        }
+    }
+    // Any other "scheme://user:password@" left in the text.
+    static const QRegularExpression inUrl(QStringLiteral(R"(([A-Za-z][A-Za-z0-9+.\-]*://)[^\s/'"]*@)"));
+    result.replace(inUrl, QStringLiteral("\\1"));
+    return result;
+}
+
+QString displayUrl(const QUrl& url)
+{
+    return url.toDisplayString(QUrl::RemoveUserInfo);
+}
+
+} // namespace corvane

@@ -1,0 +1,49 @@
+#include "Corvane/sources/SynchronizedRepository.h"
+
+#include "Corvane/sources/CloneLock.h"
+
+namespace corvane {
+namespace {
+
+Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
+{
+    return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
+        if (!isValid)
+            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::safe);
+        auto repository = Repository::at(localURL);
+        // A clone made before links were refused, or by someone else, refuses them from now on.
+        if (repository) {
+            if (auto refused = repository->refuseSymbolicLinks(); !refused)
+                return std::unexpected(refused.error());
+        }
+        return repository;
+    });
+}
+
+Result<void, GitError> update(const Repository& repository)
+{
+    auto origin = repository.remote(QStringLiteral("origin"));
+    if (!origin)
+        return std::unexpected(origin.error());
+    if (auto fetched = repository.fetch(*origin); !fetched)
+        return fetched;
+    auto branch = repository.remoteBranch(QStringLiteral("origin/master"));
+    if (!branch)
+        return std::unexpected(branch.error());
+    return repository.checkout(*branch, CheckoutStrategy::force);
+}
+
+} // namespace
+
+Result<Repository, GitError> SynchronizedRepository::synchronize() const
+{
+    auto lock = std::make_shared<CloneLock>(m_localURL);
+    return flatMap(obtain(m_localURL, m_remoteURL), [&](Repository repository) -> Result<Repository, GitError> {
+        repository.keepAlive(lock);
+        if (auto updated = update(repository); !updated)
+            return std::unexpected(updated.error());
+        return repository;
+    });
+}
+
+} // namespace corvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Corvane/module/Result.h"
+#include "Corvane/sources/GitError.h"
+#include "Corvane/sources/Repository.h"
+
+#include <QUrl>
+
+namespace corvane {
+
+// The module's local clone and the remote it mirrors. Synchronising brings the clone to exactly the
+// remote's "origin/master": open or clone, fetch "origin", check "origin/master" out by force.
+class SynchronizedRepository {
+public:
+    SynchronizedRepository(QUrl localURL, QUrl remoteURL)
+        : m_localURL(std::move(localURL)), m_remoteURL(std::move(remoteURL))
+    {
+    }
+
+    const QUrl& localURL() const { return m_localURL; }
+    const QUrl& remoteURL() const { return m_remoteURL; }
+
+    // Blocks for the whole network exchange; run it off the main thread. The first failure is the
+    // result, unchanged; nothing is retried or cleaned up. Synchronisations of one clone never overlap,
+    // in this process or another: the returned repository keeps the clone to its holder until it is
+    // dropped, so what is read from it is what was synchronised.
+    Result<Repository, GitError> synchronize() const;
+
+private:
+    QUrl m_localURL;
+    QUrl m_remoteURL;
+};
+
+} // namespace corvane
