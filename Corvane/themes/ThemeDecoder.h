@@ -6,6 +6,7 @@
 
 #include <QUrl>
 
+#include <cstddef>
 #include <memory>
 
 namespace corvane {
@@ -16,13 +17,22 @@ class ThemeJsonParser;
 // decoder must not be used by two threads at once.
 class ThemeDecoder {
 public:
+    // The largest theme file read; a larger one fails without being read, so a hostile repository
+    // cannot make the module allocate without bound.
+    static constexpr std::size_t maximumFileSize = 4 * 1024 * 1024;
+
     ThemeDecoder();
     ~ThemeDecoder();
 
+    // Only a regular file (after following links) is read: a named pipe or socket named like a theme
+    // fails at once instead of blocking the reading.
     Result<Theme, JSONDecodingError> decodeTheme(const QUrl& file);
 
 private:
     std::unique_ptr<ThemeJsonParser> m_parser; // made on first use
+    // The bytes of the file being decoded; kept between files so reading allocates nothing.
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_capacity = 0;
 };
 
 } // namespace corvane

@@ -21,6 +21,14 @@ public:
 
     Result<QList<StoredTheme>, ThemeDecodingError> readThemes(const QUrl& directory) const;
 
+    // Whether a file of this name is a theme file: a plain, case-sensitive test of the name's end, so
+    // "x.THEME.JSON" and "x.theme.json.bak" are not theme files and ".theme.json" is one.
+    static bool isThemeFileName(QStringView fileName);
+
+    // The order of theme names (their composed forms): by Unicode code points, not UTF-16 units, so a
+    // character beyond U+FFFF sorts after U+FFFD; no locale rules and no case folding ("Zen" before "alpha").
+    static bool nameOrdersBefore(const QString& canonicalName, const QString& otherCanonicalName);
+
 private:
     std::shared_ptr<ThemeDecoder> m_themeDecoder;
     std::shared_ptr<const DirectoryLister> m_directoryLister;

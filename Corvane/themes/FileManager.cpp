@@ -1,0 +1,302 @@
+#include "Corvane/themes/FileManager.h"
+
+#include "Corvane/differences/CopyCommand.h"
+#include "Corvane/module/Localized.h"
+#include "Corvane/module/TextError.h"
+#include "Corvane/themes/RegularFile.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+
+namespace {
+
+std::unexpected<AnyError> fail(QString text)
+{
+    return std::unexpected(AnyError(TextError{std::move(text)}));
+}
+
+// The directory part of a local path, without a trailing slash ("/" stays "/").
+QString parentOf(const QString& path)
+{
+    const qsizetype slash = path.lastIndexOf(u'/');
+    if (slash <= 0)
+        return QStringLiteral("/");
+    return path.left(slash);
+}
+
+// Closes a descriptor once; remembers the first error of closing, which for a written file is a
+// write error the file system reported late.
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
+    int get() const { return m_descriptor; }
+    int close()
+    {
+        if (m_descriptor < 0)
+            return 0;
+        const int result = ::close(std::exchange(m_descriptor, -1));
+        return result == 0 ? 0 : errno;
+    }
+
+private:
+    int m_descriptor;
+};
+
+// Writes all of the source into the target; 0 or the errno of the failure.
+int copyContent(int source, int target)
+{
+    char chunk[64 * 1024];
+    while (true) {
+        const ssize_t count = ::read(source, chunk, sizeof chunk);
+        if (count < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        if (count == 0)
+            return 0;
+        for (ssize_t written = 0; written < count;) {
+            const ssize_t step = ::write(target, chunk + written, static_cast<std::size_t>(count - written));
+            if (step < 0) {
+                if (errno == EINTR)
+                    continue;
+                return errno;
+            }
+            written += step;
+        }
+    }
+}
+
+QString trashFailure(const QString& path, const QString& reason)
+{
+    //% "Could not move '%@' to the Trash: %@"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.trash-failed"),
+                                           "Could not move '%@' to the Trash: %@");
+    return fillPlaceholders(format, {path, reason});
+}
+
+// Moves one item to the Trash; empty on success, else the reason.
+QString moveToTrash(const QString& path)
+{
+    QFile item(path);
+    if (item.moveToTrash())
+        return {};
+    struct stat status;
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return RegularFile::describeErrno(errno);
+    QString reason = item.errorString();
+    if (reason.isEmpty()) {
+        //% "The Trash refused it."
+        reason = localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
+    }
+    return reason;
+}
+
+} // namespace
+
+std::shared_ptr<FileManager> FileManager::shared()
+{
+    static const std::shared_ptr<FileManager> instance = std::make_shared<FileManager>();
+    return instance;
+}
+
+Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const QUrl& directory) const
+{
+    const auto notADirectory = [&directory] {
+        return std::unexpected(DirectoryListingError(DirectoryListingError::NotADirectory{directory}));
+    };
+    if (!directory.isLocalFile())
+        return notADirectory();
+    QString base = directory.toLocalFile();
+    const QByteArray encoded = QFile::encodeName(base);
+    struct stat status;
+    if (encoded.isEmpty() || ::stat(encoded.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return notADirectory();
+
+    DIR* listing = ::opendir(encoded.constData());
+    if (!listing) {
+        return std::unexpected(DirectoryListingError(
+            DirectoryListingError::ListingFailed{TextError{RegularFile::describeErrno(errno)}}));
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> closer(listing, ::closedir);
+
+    if (!base.endsWith(u'/'))
+        base += u'/';
+    QList<QUrl> files;
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(listing);
+        if (!entry) {
+            if (errno != 0) {
+                return std::unexpected(DirectoryListingError(
+                    DirectoryListingError::ListingFailed{TextError{RegularFile::describeErrno(errno)}}));
+            }
+            break;
+        }
+        const char* name = entry->d_name;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+            continue;
+        // An entry counts as what it is itself: a symbolic link is a file entry even when it points
+        // at a directory (reading it then fails with a clear reason), as the platform's is-directory
+        // property of a listed link says too.
+        unsigned char type = entry->d_type;
+        if (type == DT_UNKNOWN) {
+            struct stat entryStatus;
+            if (::fstatat(::dirfd(listing), name, &entryStatus, AT_SYMLINK_NOFOLLOW) != 0)
+                continue; // gone since it was listed
+            type = S_ISDIR(entryStatus.st_mode) ? DT_DIR : DT_REG;
+        }
+        if (type == DT_DIR)
+            continue;
+        files.append(QUrl::fromLocalFile(base + QFile::decodeName(name)));
+    }
+    return files;
+}
+
+Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& directory) const
+{
+    const QString path = directory.toLocalFile();
+    const auto failed = [&path](const QString& reason) {
+        //% "Could not create the directory '%@': %@"
+        const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.create-directory-failed"),
+                                               "Could not create the directory '%@': %@");
+        return fail(fillPlaceholders(format, {path, reason}));
+    };
+    if (!directory.isLocalFile() || path.isEmpty()) {
+        //% "It is not a local path."
+        return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.not-local"), "It is not a local path."));
+    }
+
+    // Each missing component in turn, so that the failure names the component that could not be made.
+    qsizetype from = 1;
+    while (true) {
+        const qsizetype slash = path.indexOf(u'/', from);
+        const QString component = slash < 0 ? path : path.left(slash);
+        const QByteArray encoded = QFile::encodeName(component);
+        struct stat status;
+        if (::stat(encoded.constData(), &status) == 0) {
+            if (!S_ISDIR(status.st_mode)) {
+                //% "A file, not a directory, stands at '%@'."
+                const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.file-in-the-way"),
+                                                       "A file, not a directory, stands at '%@'.");
+                return failed(fillPlaceholders(format, {component}));
+            }
+        } else if (errno != ENOENT || (::mkdir(encoded.constData(), 0777) != 0 && errno != EEXIST)) {
+            return failed(RegularFile::describeErrno(errno));
+        }
+        if (slash < 0 || slash + 1 >= path.size())
+            return {};
+        from = slash + 1;
+    }
+}
+
+Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
+{
+    const QString sourcePath = command.sourceURL.toLocalFile();
+    const QString destinationPath = command.destinationURL.toLocalFile();
+    const auto failed = [&](const QString& reason) {
+        //% "Could not copy '%@' to '%@': %@"
+        const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.copy-failed"),
+                                               "Could not copy '%@' to '%@': %@");
+        return fail(fillPlaceholders(format, {sourcePath, destinationPath, reason}));
+    };
+    if (!command.sourceURL.isLocalFile() || !command.destinationURL.isLocalFile() || sourcePath.isEmpty()
+        || destinationPath.isEmpty() || destinationPath.endsWith(u'/')) {
+        //% "Both must be local file paths."
+        return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.copy-not-local"),
+                                      "Both must be local file paths."));
+    }
+
+    auto source = RegularFile::open(sourcePath);
+    if (!source) {
+        //% "Could not read '%@': %@"
+        const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.source-unreadable"),
+                                               "Could not read '%@': %@");
+        return failed(fillPlaceholders(format, {sourcePath, source.error().text}));
+    }
+
+    const QByteArray destination = QFile::encodeName(destinationPath);
+    struct stat existing;
+    const bool replacing = ::lstat(destination.constData(), &existing) == 0;
+    if (replacing && S_ISDIR(existing.st_mode)) {
+        // A theme file never replaces a whole directory: that would move someone's folder to the Trash.
+        //% "A directory stands at the destination."
+        return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.directory-in-the-way"),
+                                      "A directory stands at the destination."));
+    }
+
+    // The new content goes to a hidden temporary file beside the destination first, so that the
+    // destination only ever holds a whole file: the old one, or the new one.
+    const QString directory = parentOf(destinationPath);
+    QByteArray temporary = QFile::encodeName(directory) + "/.corvane-install-XXXXXX";
+    Descriptor target(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (target.get() < 0) {
+        const int code = errno;
+        if (code == ENOENT || code == ENOTDIR) {
+            //% "The directory '%@' doesn't exist."
+            const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.no-directory"),
+                                                   "The directory '%@' doesn't exist.");
+            return failed(fillPlaceholders(format, {directory}));
+        }
+        return failed(RegularFile::describeErrno(code));
+    }
+    const auto discard = [&temporary] { ::unlink(temporary.constData()); };
+
+    int code = copyContent(source->descriptor(), target.get());
+    if (code == 0 && ::fchmod(target.get(), source->mode() & 07777) != 0)
+        code = errno;
+    if (code == 0 && ::fsync(target.get()) != 0)
+        code = errno;
+    if (const int closing = target.close(); code == 0)
+        code = closing;
+    if (code != 0) {
+        discard();
+        return failed(RegularFile::describeErrno(code));
+    }
+
+    if (replacing) {
+        if (const QString reason = moveToTrash(destinationPath); !reason.isNull()) {
+            discard();
+            return fail(trashFailure(destinationPath, reason));
+        }
+    }
+    if (::rename(temporary.constData(), destination.constData()) != 0) {
+        code = errno;
+        discard();
+        return failed(RegularFile::describeErrno(code));
+    }
+    // Make the rename itself durable; a failure here leaves a complete file in place, so it is ignored.
+    if (const int directoryDescriptor = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        directoryDescriptor >= 0) {
+        ::fsync(directoryDescriptor);
+        ::close(directoryDescriptor);
+    }
+    return {};
+}
+
+Result<void, AnyError> FileManager::deleteItem(const QUrl& url) const
+{
+    const QString path = url.toLocalFile();
+    if (!url.isLocalFile() || path.isEmpty()) {
+        return fail(trashFailure(url.toString(),
+                                 localizedString(QT_TRID_NOOP("corvane.file-manager.not-local"), "It is not a local path.")));
+    }
+    if (const QString reason = moveToTrash(path); !reason.isNull())
+        return fail(trashFailure(path, reason));
+    return {};
+}
+
+} // namespace corvane

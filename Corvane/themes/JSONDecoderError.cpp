@@ -1,0 +1,69 @@
+#include "Corvane/themes/JSONDecoderError.h"
+
+#include "Corvane/module/Localized.h"
+
+namespace corvane {
+
+JSONDecoderError::JSONDecoderError(Kind kind, QString keyPath, QString expected, QString detail)
+    : m_kind(kind), m_keyPath(std::move(keyPath)), m_expected(std::move(expected)), m_detail(std::move(detail))
+{
+}
+
+JSONDecoderError JSONDecoderError::dataCorrupted(QString reason)
+{
+    return JSONDecoderError(Kind::dataCorrupted, QString(), QString(), std::move(reason));
+}
+
+JSONDecoderError JSONDecoderError::keyNotFound(QString keyPath)
+{
+    return JSONDecoderError(Kind::keyNotFound, std::move(keyPath), QString(), QString());
+}
+
+JSONDecoderError JSONDecoderError::valueNotFound(QString keyPath, QString expectedType)
+{
+    return JSONDecoderError(Kind::valueNotFound, std::move(keyPath), std::move(expectedType), QString());
+}
+
+JSONDecoderError JSONDecoderError::typeMismatch(QString keyPath, QString expectedType, QString foundType)
+{
+    return JSONDecoderError(Kind::typeMismatch, std::move(keyPath), std::move(expectedType), std::move(foundType));
+}
+
+QString JSONDecoderError::errorDescription() const
+{
+    switch (m_kind) {
+    case Kind::dataCorrupted: {
+        //% "The data couldn't be read because it isn't valid JSON (%@)."
+        const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.dataCorrupted"),
+                                               "The data couldn't be read because it isn't valid JSON (%@).");
+        return fillPlaceholders(format, {m_detail});
+    }
+    case Kind::keyNotFound: {
+        //% "No value associated with key \"%@\"."
+        const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.keyNotFound"),
+                                               "No value associated with key \"%@\".");
+        return fillPlaceholders(format, {m_keyPath});
+    }
+    case Kind::valueNotFound: {
+        //% "Expected %@ value for key \"%@\" but found null instead."
+        const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.valueNotFound"),
+                                               "Expected %@ value for key \"%@\" but found null instead.");
+        return fillPlaceholders(format, {m_expected, m_keyPath});
+    }
+    case Kind::typeMismatch:
+        if (m_keyPath.isEmpty()) {
+            //% "Expected the document to be a JSON %@ but found %@ instead."
+            const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.typeMismatch.document"),
+                                                   "Expected the document to be a JSON %@ but found %@ instead.");
+            return fillPlaceholders(format, {m_expected, m_detail});
+        } else {
+            //% "Expected %@ value for key \"%@\" but found %@ instead."
+            const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.typeMismatch"),
+                                                   "Expected %@ value for key \"%@\" but found %@ instead.");
+            return fillPlaceholders(format, {m_expected, m_keyPath, m_detail});
+        }
+    }
+    return {};
+}
+
+} // namespace corvane

@@ -1,0 +1,14 @@
+#include "Corvane/themes/ThemeDecodingError.h"
+
+#include "Corvane/module/Localized.h"
+
+namespace corvane {
+
+QString ThemeDecodingError::errorDescription() const
+{
+    //% "Theme decoding failed: %@"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.ThemeDecodingError.base"), "Theme decoding failed: %@");
+    return fillPlaceholders(format, {error.errorDescription()});
+}
+
+} // namespace corvane
