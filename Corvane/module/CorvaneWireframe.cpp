@@ -1,15 +1,92 @@
 #include "Corvane/module/CorvaneWireframe.h"
 
-namespace corvane {
+#include "Corvane/differences/AsyncThemeDifferenceFinder.h"
+#include "Corvane/differences/FindThemeDifferences.h"
+#include "Corvane/presentation/ThemeEntryEventHandler.h"
+#include "Corvane/presentation/ThemeEntryPresenter.h"
+#include "Corvane/sources/LocalThemeFetcher.h"
+#include "Corvane/sources/RemoteThemeFetcher.h"
+#include "Corvane/sources/SynchronizedRepository.h"
+#include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/ThemeDecoder.h"
+#include "Corvane/themes/ThemeReader.h"
+#include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ThemeListViewController.h"
 
-// Placeholder until the window lands.
-std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration&)
+#include <QWidget>
+
+namespace corvane {
+namespace {
+
+[[noreturn]] void brokenWindowForm()
 {
-    return std::make_unique<CorvaneWireframe>();
+    qFatal("Cannot load window from Corvane storyboard");
 }
 
-void CorvaneWireframe::show() {}
-void CorvaneWireframe::close() {}
-bool CorvaneWireframe::isVisible() const { return false; }
+} // namespace
+
+std::shared_ptr<CorvaneWindowController> CorvaneWireframe::loadWindowController()
+{
+    auto windowController = CorvaneWindowController::fromForm();
+    if (!windowController || !windowController->window() || !windowController->listViewController())
+        brokenWindowForm();
+    return windowController;
+}
+
+std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& configuration)
+{
+    auto windowController = loadWindowController();
+
+    // The two sides never share a reader or a decoder: each is used by one comparison thread at a time.
+    const std::shared_ptr<FileManager> fileManager = FileManager::shared();
+    auto remoteThemeFetcher = std::make_shared<RemoteThemeFetcher>(
+        SynchronizedRepository(configuration.localThemeRepositoryURL(), configuration.remoteThemeRepositoryURL()),
+        std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager));
+    auto localThemeFetcher = std::make_shared<LocalThemeFetcher>(
+        configuration.installedThemeDirectory(),
+        std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager), fileManager);
+    auto themeDifferenceFinder = std::make_shared<FindThemeDifferences>(
+        configuration.installedThemeDirectory(), std::move(remoteThemeFetcher), std::move(localThemeFetcher));
+    auto asyncThemeDifferenceFinder = std::make_shared<AsyncThemeDifferenceFinder>(
+        std::move(themeDifferenceFinder), configuration.remoteThemeRepositoryURL());
+
+    auto presenter = std::make_shared<ThemeEntryPresenter>(std::move(asyncThemeDifferenceFinder), windowController);
+    auto eventHandler = std::make_shared<ThemeEntryEventHandler>(configuration, presenter, fileManager);
+
+    ThemeListViewController* list = windowController->listViewController();
+    if (!list)
+        brokenWindowForm();
+    list->setDelegate(eventHandler);
+
+    return std::make_unique<CorvaneWireframe>(std::move(presenter), std::move(eventHandler), std::move(windowController));
+}
+
+CorvaneWireframe::CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presenter,
+                                   std::shared_ptr<ThemeEntryEventHandler> eventHandler,
+                                   std::shared_ptr<CorvaneWindowController> windowController)
+    : m_presenter(std::move(presenter))
+    , m_eventHandler(std::move(eventHandler))
+    , m_windowController(std::move(windowController))
+{
+}
+
+CorvaneWireframe::~CorvaneWireframe() = default;
+
+void CorvaneWireframe::show()
+{
+    m_windowController->showWindow();
+    m_presenter->refresh();
+}
+
+void CorvaneWireframe::close()
+{
+    m_windowController->close();
+}
+
+bool CorvaneWireframe::isVisible() const
+{
+    const QWidget* window = m_windowController->window();
+    return window && window->isVisible();
+}
 
 } // namespace corvane

@@ -7,14 +7,40 @@
 
 namespace corvane {
 
-// Builds the updater's object graph and keeps its top three objects alive.
+class CorvaneWindowController;
+class ThemeEntryEventHandler;
+class ThemeEntryPresenter;
+
+// Builds the updater's object graph and keeps its top three objects alive. The graph has no cycle:
+// the only reference back up, from the window's list to the event handler, is weak, so dropping the
+// wireframe releases everything (a comparison still running lets go of it when it ends).
 class CorvaneWireframe : public UpdatesThemes {
 public:
+    // Touches no file and no network: the first comparison starts with the first show().
     static std::unique_ptr<CorvaneWireframe> create(const Configuration& configuration);
 
+    // The window controller from the module's "Corvane" form. A form without the theme list as the
+    // window's content is a broken build of the module: the process stops.
+    static std::shared_ptr<CorvaneWindowController> loadWindowController();
+
+    CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presenter, std::shared_ptr<ThemeEntryEventHandler> eventHandler,
+                     std::shared_ptr<CorvaneWindowController> windowController);
+    ~CorvaneWireframe() override;
+
+    // Shows the window and refreshes the list, every time.
     void show() override;
+    // Closes the window; the graph stays as it is.
     void close() override;
     bool isVisible() const override;
+
+    const std::shared_ptr<ThemeEntryPresenter>& presenter() const { return m_presenter; }
+    const std::shared_ptr<ThemeEntryEventHandler>& eventHandler() const { return m_eventHandler; }
+    const std::shared_ptr<CorvaneWindowController>& windowController() const { return m_windowController; }
+
+private:
+    std::shared_ptr<ThemeEntryPresenter> m_presenter;
+    std::shared_ptr<ThemeEntryEventHandler> m_eventHandler;
+    std::shared_ptr<CorvaneWindowController> m_windowController;
 };
 
 } // namespace corvane

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Corvane/presentation/ShowsThemeUpdates.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+namespace corvane {
+
+class ThemeListViewController;
+
+// Controls the updater window: sets it up once it is made, finds the theme list that is its content,
+// and shows each display state the presenter hands it, with the fetch-failed alert for a failure.
+// The window's frame is remembered in the host's QSettings under the group "Corvane".
+class CorvaneWindowController : public QObject, public ShowsThemeUpdates {
+    Q_OBJECT
+
+public:
+    // Takes ownership of the window (none is allowed: a controller without a window).
+    explicit CorvaneWindowController(QWidget* window = nullptr);
+    ~CorvaneWindowController() override;
+
+    // A window controller whose window is made from the "Corvane" form.
+    static std::shared_ptr<CorvaneWindowController> fromForm();
+
+    QWidget* window() const { return m_window; }
+    ThemeListViewController* listViewController() const { return m_listViewController; }
+
+    void showWindow();
+    void close();
+
+    void showThemeEntries(const ThemeListState& state) override;
+
+    static inline const QString settingsGroup = QStringLiteral("Corvane");
+
+signals:
+    // After the list, the buttons and the overlays took a state, before any alert is shown.
+    void themeEntriesShown(bool loading);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void windowDidLoad();
+    void saveFrame() const;
+
+    QPointer<QWidget> m_window;
+    QPointer<ThemeListViewController> m_listViewController;
+};
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+class QLabel;
+
+namespace corvane {
+
+// Secondary text, as desktop lists show details under a title: the text colour blended toward the
+// background, so it stays legible and quieter in light and dark palettes alike.
+QColor secondaryTextColour(const QPalette& palette, QPalette::ColorRole textRole = QPalette::WindowText);
+
+// One step smaller than the given font.
+QFont secondaryFont(const QFont& font);
+
+// Sets a label's text colour without touching the rest of its palette. The colour is kept as the
+// label's own, so the owner reapplies it when the palette changes.
+void setLabelColour(QLabel* label, const QColor& colour);
+
+} // namespace corvane

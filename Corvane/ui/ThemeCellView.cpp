@@ -1,0 +1,93 @@
+#include "Corvane/ui/ThemeCellView.h"
+
+#include "Corvane/module/Localized.h"
+#include "Corvane/ui/SecondaryText.h"
+#include "Corvane/ui/VersionLabel.h"
+#include "ui_ThemeCell.h"
+
+#include <QEvent>
+
+namespace corvane {
+
+ThemeCellView::ThemeCellView(QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::ThemeCell>())
+{
+    m_ui->setupUi(this);
+    m_ui->versionLabel->setParts(m_ui->fromVersionLabel, m_ui->arrow, m_ui->toVersionLabel);
+    connect(m_ui->updateButton, &QPushButton::clicked, this, &ThemeCellView::updateTheme);
+
+    QFont nameFont = m_ui->themeNameLabel->font();
+    nameFont.setPointSizeF(nameFont.pointSizeF() + 1);
+    m_ui->themeNameLabel->setFont(nameFont);
+    for (QLabel* label : {m_ui->styleLabel, m_ui->authorsLabel})
+        label->setFont(secondaryFont(label->font()));
+    // The style reads as a quiet tag beside the authors.
+    m_ui->styleLabel->setStyleSheet(QStringLiteral(
+        "QLabel { border: 1px solid rgba(128, 128, 128, 110); border-radius: 4px; padding: 0px 5px; }"));
+    applyTextColours();
+}
+
+ThemeCellView::~ThemeCellView() = default;
+
+void ThemeCellView::configure(const ThemeEntry& entry)
+{
+    m_ui->themeNameLabel->setText(entry.name);
+    m_ui->authorsLabel->setText(entry.authors);
+    m_ui->styleLabel->setText(entry.style);
+    m_ui->versionLabel->configure(entry);
+
+    QString title;
+    QString accessibleFormat;
+    if (entry.installedVersion) {
+        //% "Update"
+        title = localizedString(QT_TRID_NOOP("corvane.theme.update"), "Update");
+        //% "Update %@"
+        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.update.accessible"), "Update %@");
+    } else {
+        //% "Install"
+        title = localizedString(QT_TRID_NOOP("corvane.theme.install"), "Install");
+        //% "Install %@"
+        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.install.accessible"), "Install %@");
+    }
+    m_ui->updateButton->setText(title);
+    m_ui->updateButton->setAccessibleName(fillPlaceholders(accessibleFormat, {entry.name}));
+    m_ui->authorsLabel->setToolTip(entry.authors);
+    m_ui->themeNameLabel->setToolTip(entry.name);
+    m_copyCommand = entry.copyCommand;
+}
+
+void ThemeCellView::updateTheme()
+{
+    auto delegate = qobject_cast<ThemeCellViewDelegate*>(m_delegate.data());
+    // A cell never configured has nothing to install.
+    if (!delegate || !m_copyCommand)
+        return;
+    delegate->installTheme(*m_copyCommand);
+}
+
+QLabel* ThemeCellView::themeNameLabel() const { return m_ui->themeNameLabel; }
+QLabel* ThemeCellView::styleLabel() const { return m_ui->styleLabel; }
+QLabel* ThemeCellView::authorsLabel() const { return m_ui->authorsLabel; }
+VersionLabel* ThemeCellView::versionLabel() const { return m_ui->versionLabel; }
+QPushButton* ThemeCellView::updateButton() const { return m_ui->updateButton; }
+
+void ThemeCellView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTextColours();
+}
+
+void ThemeCellView::applyTextColours()
+{
+    // The list's background is the Base role: text on it uses Text, secondary text a weaker Text.
+    const QPalette& base = palette();
+    const QColor primary = base.color(QPalette::Text);
+    const QColor secondary = secondaryTextColour(base, QPalette::Text);
+    for (QLabel* label : {m_ui->themeNameLabel, m_ui->toVersionLabel})
+        setLabelColour(label, primary);
+    for (QLabel* label : {m_ui->styleLabel, m_ui->authorsLabel, m_ui->fromVersionLabel, m_ui->arrow})
+        setLabelColour(label, secondary);
+}
+
+} // namespace corvane

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Corvane/differences/CopyCommand.h"
+#include "Corvane/presentation/ThemeEntry.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+class QLabel;
+class QPushButton;
+
+namespace Ui {
+class ThemeCell;
+}
+
+namespace corvane {
+
+class VersionLabel;
+
+// Who hears a row's Install/Update button: the list view controller.
+class ThemeCellViewDelegate {
+public:
+    virtual ~ThemeCellViewDelegate() = default;
+    virtual void installTheme(const CopyCommand& copyCommand) = 0;
+};
+
+} // namespace corvane
+
+#define ThemeCellViewDelegate_iid "org.corvane.ThemeCellViewDelegate"
+Q_DECLARE_INTERFACE(corvane::ThemeCellViewDelegate, ThemeCellViewDelegate_iid)
+
+namespace corvane {
+
+// One row of the updater list, made from the "ThemeCell" form and reused for whatever row scrolls in:
+// each configure() sets every label, the button and the copy command anew.
+class ThemeCellView : public QWidget {
+    Q_OBJECT
+
+public:
+    static inline const QString reuseIdentifier = QStringLiteral("ThemeCell");
+
+    explicit ThemeCellView(QWidget* parent = nullptr);
+    ~ThemeCellView() override;
+
+    void configure(const ThemeEntry& entry);
+
+    // Held weakly; an object implementing ThemeCellViewDelegate.
+    void setDelegate(QObject* delegate) { m_delegate = delegate; }
+    QObject* delegate() const { return m_delegate; }
+
+    const std::optional<CopyCommand>& copyCommand() const { return m_copyCommand; }
+
+    QLabel* themeNameLabel() const;
+    QLabel* styleLabel() const;
+    QLabel* authorsLabel() const;
+    VersionLabel* versionLabel() const;
+    QPushButton* updateButton() const;
+
+public slots:
+    // The button's action: hands the row's copy command to the delegate.
+    void updateTheme();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void applyTextColours();
+
+    std::unique_ptr<Ui::ThemeCell> m_ui;
+    QPointer<QObject> m_delegate;
+    std::optional<CopyCommand> m_copyCommand;
+};
+
+} // namespace corvane

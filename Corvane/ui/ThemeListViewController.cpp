@@ -1,0 +1,184 @@
+#include "Corvane/ui/ThemeListViewController.h"
+
+#include "Corvane/module/Localized.h"
+#include "Corvane/ui/AllUpdatedViewController.h"
+#include "Corvane/ui/LoadingViewController.h"
+#include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/ThemeTableView.h"
+#include "ui_ThemeList.h"
+
+#include <QApplication>
+
+namespace corvane {
+
+ThemeListViewController::ThemeListViewController(QWidget* parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::ThemeList>())
+    , m_tableViewModel(new ThemeTableModel(this))
+    , m_loadingViewController(new LoadingViewController)
+    , m_allUpToDateViewController(new AllUpdatedViewController)
+{
+    m_ui->setupUi(this);
+    //% "Update All"
+    m_ui->updateAllButton->setText(localizedString(QT_TRID_NOOP("corvane.list.update-all"), "Update All"));
+    //% "Refresh"
+    m_ui->refreshButton->setText(localizedString(QT_TRID_NOOP("corvane.list.refresh"), "Refresh"));
+    //% "Open Theme Folder"
+    m_ui->openThemeDirectoryButton->setText(
+        localizedString(QT_TRID_NOOP("corvane.list.open-theme-directory"), "Open Theme Folder"));
+    //% "Theme updates"
+    m_ui->themeTableView->setAccessibleName(localizedString(QT_TRID_NOOP("corvane.list.accessible-name"), "Theme updates"));
+    QPalette separatorPalette = m_ui->separator->palette();
+    QColor separatorColour = separatorPalette.color(QPalette::WindowText);
+    separatorColour.setAlphaF(0.18);
+    separatorPalette.setColor(QPalette::WindowText, separatorColour);
+    m_ui->separator->setPalette(separatorPalette);
+
+    connect(m_ui->updateAllButton, &QPushButton::clicked, this, &ThemeListViewController::updateAll);
+    connect(m_ui->refreshButton, &QPushButton::clicked, this, &ThemeListViewController::refresh);
+    connect(m_ui->openThemeDirectoryButton, &QPushButton::clicked, this, &ThemeListViewController::openThemeDirectory);
+
+    // Nothing to update and nothing loaded yet: the buttons wait for the first state.
+    m_ui->updateAllButton->setEnabled(false);
+
+    ThemeTableView* table = m_ui->themeTableView;
+    table->registerView(ThemeCellView::reuseIdentifier, [] { return new ThemeCellView; });
+    if (QWidget* prototype = table->makeView(ThemeCellView::reuseIdentifier))
+        table->setRowHeight(prototype->sizeHint().height() + 1);
+
+    // The loading overlay first, the all-up-to-date overlay above it.
+    m_loadingViewController->attach(table);
+    m_allUpToDateViewController->attach(table);
+
+    table->setViewProvider([this](ThemeTableView& tableView, int row) { return viewForRow(tableView, row); });
+    // Every replacement of the rows resets the model; the table reloads on it.
+    table->setModel(m_tableViewModel);
+}
+
+ThemeListViewController::~ThemeListViewController() = default;
+
+QWidget* ThemeListViewController::viewForRow(ThemeTableView& table, int row)
+{
+    auto cell = qobject_cast<ThemeCellView*>(table.makeView(ThemeCellView::reuseIdentifier));
+    if (!cell)
+        return nullptr;
+    cell->configure(m_tableViewModel->entries().at(row));
+    cell->setDelegate(this);
+    return cell;
+}
+
+void ThemeListViewController::updateButtons(const ThemeListState& state)
+{
+    const bool loading = !state.has_value();
+    const bool hasRows = state && *state && !(*state)->isEmpty();
+    m_ui->updateAllButton->setEnabled(hasRows);
+    m_ui->refreshButton->setEnabled(!loading);
+}
+
+void ThemeListViewController::updateStatusViews(const ThemeListState& state)
+{
+    if (!state) {
+        m_loadingViewController->show();
+        m_allUpToDateViewController->hide();
+    } else if (*state && (*state)->isEmpty()) {
+        // The loading overlay stays until the all-up-to-date one covers it, so nothing flickers.
+        QPointer<LoadingViewController> loading = m_loadingViewController;
+        m_allUpToDateViewController->show([loading] {
+            if (loading)
+                loading->hide();
+        });
+    } else {
+        m_loadingViewController->hide();
+        m_allUpToDateViewController->hide();
+    }
+}
+
+void ThemeListViewController::installTheme(const CopyCommand& copyCommand)
+{
+    if (const auto delegate = m_delegate.lock())
+        delegate->installThemes({copyCommand});
+}
+
+void ThemeListViewController::updateAll()
+{
+    const auto delegate = m_delegate.lock();
+    if (!delegate)
+        return;
+    QList<CopyCommand> commands;
+    commands.reserve(m_tableViewModel->entries().size());
+    for (const ThemeEntry& entry : m_tableViewModel->entries())
+        commands.append(entry.copyCommand);
+    delegate->installThemes(commands);
+}
+
+void ThemeListViewController::refresh()
+{
+    if (const auto delegate = m_delegate.lock())
+        delegate->refreshThemes();
+}
+
+void ThemeListViewController::openThemeDirectory()
+{
+    if (const auto delegate = m_delegate.lock())
+        delegate->openThemeDirectory();
+}
+
+ThemeTableView* ThemeListViewController::themeTableView() const { return m_ui->themeTableView; }
+QPushButton* ThemeListViewController::updateAllButton() const { return m_ui->updateAllButton; }
+QPushButton* ThemeListViewController::refreshButton() const { return m_ui->refreshButton; }
+QPushButton* ThemeListViewController::openThemeDirectoryButton() const { return m_ui->openThemeDirectoryButton; }
+
+bool ThemeListViewController::isAnimating() const
+{
+    return m_loadingViewController->isFading() || m_allUpToDateViewController->isFading();
+}
+
+bool ThemeListViewController::focusNextPrevChild(bool next)
+{
+    // Tab walks the rows in their order (most rows have no widget until they scroll in), then the
+    // buttons, and around again.
+    ThemeTableView* table = m_ui->themeTableView;
+    const QList<QPushButton*> buttons = [this] {
+        QList<QPushButton*> usable;
+        for (QPushButton* button : {m_ui->openThemeDirectoryButton, m_ui->refreshButton, m_ui->updateAllButton}) {
+            if (button->isEnabled() && button->isVisible())
+                usable.append(button);
+        }
+        return usable;
+    }();
+    const int rows = table->numberOfRows();
+    const auto focusButton = [](QPushButton* button, bool forward) {
+        button->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    };
+    const auto enterRows = [&](bool forward) {
+        if (rows == 0)
+            return false;
+        const int row = forward ? table->firstVisibleRow() : std::max(table->firstVisibleRow(), table->lastVisibleRow());
+        return table->focusRow(std::clamp(row, 0, rows - 1), forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    };
+
+    QWidget* focus = QApplication::focusWidget();
+    const int buttonIndex = int(buttons.indexOf(qobject_cast<QPushButton*>(focus)));
+    if (focus && (focus == table || table->isAncestorOf(focus))) {
+        const int row = table->focusedRow();
+        const int target = next ? row + 1 : row - 1;
+        if (row >= 0 && target >= 0 && target < rows
+            && table->focusRow(target, next ? Qt::TabFocusReason : Qt::BacktabFocusReason))
+            return true;
+        if (buttons.isEmpty())
+            return true;
+        return focusButton(next ? buttons.first() : buttons.last(), next);
+    }
+    if (buttonIndex >= 0) {
+        const int target = next ? buttonIndex + 1 : buttonIndex - 1;
+        if (target >= 0 && target < buttons.size())
+            return focusButton(buttons.at(target), next);
+        if (enterRows(next))
+            return true;
+        return focusButton(next ? buttons.first() : buttons.last(), next);
+    }
+    return QWidget::focusNextPrevChild(next);
+}
+
+} // namespace corvane

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Corvane/presentation/ThemeEntry.h"
+#include "Corvane/presentation/ThemeListViewControllerDelegate.h"
+#include "Corvane/ui/ThemeCellView.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class QPushButton;
+
+namespace Ui {
+class ThemeList;
+}
+
+namespace corvane {
+
+class AllUpdatedViewController;
+class LoadingViewController;
+class ThemeTableModel;
+class ThemeTableView;
+
+// The content of the updater window: the list of new and updated themes and the buttons Update All,
+// Refresh and Open Theme Folder. Turns presses into requests to its delegate, and switches the
+// buttons and the two status overlays as the window controller hands it each display state.
+class ThemeListViewController : public QWidget, public ThemeCellViewDelegate {
+    Q_OBJECT
+    Q_INTERFACES(corvane::ThemeCellViewDelegate)
+
+public:
+    explicit ThemeListViewController(QWidget* parent = nullptr);
+    ~ThemeListViewController() override;
+
+    // Held weakly: requests are dropped once the delegate is gone.
+    void setDelegate(std::weak_ptr<ThemeListViewControllerDelegate> delegate) { m_delegate = std::move(delegate); }
+    std::shared_ptr<ThemeListViewControllerDelegate> delegate() const { return m_delegate.lock(); }
+
+    // The rows, in display order; replacing them reloads the list.
+    ThemeTableModel& tableViewModel() const { return *m_tableViewModel; }
+
+    void updateButtons(const ThemeListState& state);
+    void updateStatusViews(const ThemeListState& state);
+
+    // The table's question: the view for one of its rows (a configured ThemeCellView), or none.
+    QWidget* viewForRow(ThemeTableView& table, int row);
+
+    void installTheme(const CopyCommand& copyCommand) override;
+
+    ThemeTableView* themeTableView() const;
+    QPushButton* updateAllButton() const;
+    QPushButton* refreshButton() const;
+    QPushButton* openThemeDirectoryButton() const;
+    LoadingViewController* loadingViewController() const { return m_loadingViewController; }
+    AllUpdatedViewController* allUpToDateViewController() const { return m_allUpToDateViewController; }
+
+    // Whether an overlay is still fading.
+    bool isAnimating() const;
+
+public slots:
+    void updateAll();
+    void refresh();
+    void openThemeDirectory();
+
+protected:
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    std::unique_ptr<Ui::ThemeList> m_ui;
+    std::weak_ptr<ThemeListViewControllerDelegate> m_delegate;
+    ThemeTableModel* m_tableViewModel;
+    LoadingViewController* m_loadingViewController;
+    AllUpdatedViewController* m_allUpToDateViewController;
+};
+
+} // namespace corvane
