@@ -9,7 +9,10 @@ QString removeCredentials(const QString& text, const QUrl& url)
     QString result = text;
     // The user information as the URL was written, percent-encoding and all, and decoded.
     if (!url.userInfo().isEmpty()) {
-        for (const QString& userInfo : {url.userInfo(QUrl::FullyEncoded), url.userInfo(QUrl::FullyDecoded)}) {
+        QString decoded = url.userName(QUrl::FullyDecoded);
+        if (url.password(QUrl::FullyDecoded).size() > 0)
+            decoded += u':' + url.password(QUrl::FullyDecoded);
+        for (const QString& userInfo : {url.userInfo(QUrl::FullyEncoded), decoded}) {
             if (!userInfo.isEmpty())
                 result.replace(userInfo + u'@', QString());
         }
