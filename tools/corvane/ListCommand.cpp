@@ -1,12 +1,124 @@
 #include "CommandLine.h"
 #include "Commands.h"
+#include "ComparisonSetup.h"
+
 
 namespace corvane::cli {
+namespace {
 
-int runList(const QStringList&)
+// A tab or line break inside a name would split the row; plain output keeps one row per line and
+// five fields per row, --json keeps the text exactly.
+QString field(QString text)
 {
-    printError(QStringLiteral("corvane: this command is not available yet"));
-    return failed;
+    for (QChar& c : text) {
+        if (c == u'\t' || c == u'\n' || c == u'\r')
+            c = u' ';
+    }
+    return text;
+}
+
+QString plainLine(const ThemeEntry& entry)
+{
+    return QStringList{field(entry.name), field(entry.style), field(entry.authors),
+                       entry.installedVersion.value_or(QStringLiteral("-")), entry.remoteVersion}
+        .join(u'\t');
+}
+
+// JSON text of a string: quotes, backslashes and control characters escaped, everything else as is.
+void appendJsonString(QString& out, const QString& text)
+{
+    out += u'"';
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case u'"': out += QLatin1String("\\\""); break;
+        case u'\\': out += QLatin1String("\\\\"); break;
+        case u'\n': out += QLatin1String("\\n"); break;
+        case u'\r': out += QLatin1String("\\r"); break;
+        case u'\t': out += QLatin1String("\\t"); break;
+        default:
+            if (c.unicode() < 0x20)
+                out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            else
+                out += c;
+        }
+    }
+    out += u'"';
+}
+
+// The keys in the order the rows show them, so a reader of the output sees a row as the window does.
+void appendJsonObject(QString& out, const ThemeEntry& entry)
+{
+    const auto key = [&out](const char* name, bool first = false) {
+        out += QLatin1String(first ? "    {\"" : ", \"");
+        out += QLatin1String(name);
+        out += QLatin1String("\": ");
+    };
+    key("name", true);
+    appendJsonString(out, entry.name);
+    key("style");
+    appendJsonString(out, entry.style);
+    key("authors");
+    appendJsonString(out, entry.authors);
+    key("installedVersion");
+    if (entry.installedVersion)
+        appendJsonString(out, *entry.installedVersion);
+    else
+        out += QLatin1String("null");
+    key("remoteVersion");
+    appendJsonString(out, entry.remoteVersion);
+    key("source");
+    appendJsonString(out, entry.copyCommand.sourceURL.toLocalFile());
+    key("destination");
+    appendJsonString(out, entry.copyCommand.destinationURL.toLocalFile());
+    out += u'}';
+}
+
+} // namespace
+
+int runList(const QStringList& arguments)
+{
+    CommandLine commandLine(
+        QStringLiteral("list"), QStringLiteral("--remote URL --clone DIR --installed DIR [--json]"),
+        QStringLiteral("Synchronises the clone and prints the rows the updater window would show, in its order: "
+                       "every new theme, then every update, each group by name. One row per line, "
+                       "tab-separated: name, style, authors, installed version (- for a new theme), "
+                       "version in the repository."));
+    commandLine.addLocations(true, true, true);
+    const QCommandLineOption json(QStringLiteral("json"),
+                                  QStringLiteral("Print one JSON array of objects with the keys name, style, authors, "
+                                                 "installedVersion (null for a new theme), remoteVersion, source "
+                                                 "and destination."));
+    commandLine.parser().addOption(json);
+    if (auto status = commandLine.parse(arguments))
+        return *status;
+    if (!commandLine.parser().positionalArguments().isEmpty())
+        return commandLine.usageError(QStringLiteral("unexpected argument '%1'")
+                                          .arg(commandLine.parser().positionalArguments().constFirst()));
+
+    const auto rows = findThemeRows(commandLine.configuration());
+    if (!rows) {
+        printError(rows.error());
+        return failed;
+    }
+    if (commandLine.parser().isSet(json)) {
+        // One object per line inside one array.
+        QString text = QStringLiteral("[");
+        for (qsizetype i = 0; i < rows->size(); ++i) {
+            text += QLatin1String(i == 0 ? "\n" : ",\n");
+            appendJsonObject(text, rows->at(i).entry);
+        }
+        text += QLatin1String(rows->isEmpty() ? "]" : "\n]");
+        printOut(text);
+        return done;
+    }
+    QString text;
+    for (const ThemeRow& row : *rows) {
+        text += plainLine(row.entry);
+        text += u'\n';
+    }
+    if (!text.isEmpty())
+        printOut(text.chopped(1));
+    return done;
 }
 
 } // namespace corvane::cli

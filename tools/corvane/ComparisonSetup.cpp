@@ -1,0 +1,48 @@
+#include "ComparisonSetup.h"
+
+#include "Corvane/presentation/ThemeEntryPresenter.h"
+#include "Corvane/sources/LocalThemeFetcher.h"
+#include "Corvane/sources/RemoteThemeFetcher.h"
+#include "Corvane/sources/SynchronizedRepository.h"
+#include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/ThemeDecoder.h"
+#include "Corvane/themes/ThemeReader.h"
+
+namespace corvane::cli {
+namespace {
+
+std::shared_ptr<ThemeReader> makeReader()
+{
+    return std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), FileManager::shared());
+}
+
+} // namespace
+
+std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration)
+{
+    auto remote = std::make_shared<RemoteThemeFetcher>(
+        SynchronizedRepository(configuration.localThemeRepositoryURL(), configuration.remoteThemeRepositoryURL()),
+        makeReader());
+    auto local = std::make_shared<LocalThemeFetcher>(configuration.installedThemeDirectory(), makeReader(),
+                                                     FileManager::shared());
+    return std::make_shared<FindThemeDifferences>(configuration.installedThemeDirectory(), std::move(remote),
+                                                  std::move(local));
+}
+
+Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration)
+{
+    return bimap(
+        makeThemeDifferenceFinder(configuration)->findDifferences(),
+        [](QList<ThemeDifference> differences) {
+            QList<ThemeRow> rows;
+            rows.reserve(differences.size());
+            for (ThemeDifference& difference : differences) {
+                ThemeEntry entry = ThemeEntryPresenter::makeThemeEntry(difference);
+                rows.append(ThemeRow{std::move(difference), std::move(entry)});
+            }
+            return rows;
+        },
+        [](ThemeDifferencesError error) { return error.errorDescription(); });
+}
+
+} // namespace corvane::cli

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Corvane/differences/FindThemeDifferences.h"
+#include "Corvane/module/Configuration.h"
+#include "Corvane/presentation/ThemeEntry.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+namespace corvane::cli {
+
+// The comparison behind the updater window, built from the three locations the way the window's
+// assembly builds it: a synchronised clone and the installed-themes directory, each read by a reader
+// of its own.
+std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration);
+
+// A difference together with the row the window shows for it.
+struct ThemeRow {
+    ThemeDifference difference;
+    ThemeEntry entry;
+
+    bool isUpdate() const { return std::holds_alternative<UpdatedTheme>(difference); }
+};
+
+// Runs the comparison on the calling thread (a command has nothing else to do meanwhile). On failure
+// the text is exactly what the window's alert would show.
+Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration);
+
+} // namespace corvane::cli
