@@ -64,8 +64,11 @@ void CorvaneWindowController::showWindow()
 {
     if (!m_window)
         return;
+    // A window already on screen comes to the front; a hidden one does so by being shown.
+    const bool wasVisible = m_window->isVisible();
     m_window->show();
-    m_window->raise();
+    if (wasVisible)
+        m_window->raise();
     m_window->activateWindow();
 }
 
@@ -84,7 +87,8 @@ void CorvaneWindowController::showThemeEntries(const ThemeListState& state)
     m_listViewController->updateButtons(state);
     m_listViewController->updateStatusViews(state);
     m_listViewController->tableViewModel().setEntries(state && *state ? **state : QList<ThemeEntry>{});
-    emit themeEntriesShown(!state.has_value());
+    const bool failed = state && !*state;
+    emit themeEntriesShown(!state, failed, failed ? state->error().errorDescription() : QString());
 
     if (state && !*state) {
         QPointer<ThemeListViewController> list = m_listViewController;

@@ -37,8 +37,9 @@ public:
     static inline const QString settingsGroup = QStringLiteral("Corvane");
 
 signals:
-    // After the list, the buttons and the overlays took a state, before any alert is shown.
-    void themeEntriesShown(bool loading);
+    // After the list, the buttons and the overlays took a state, before any alert is shown; a failure
+    // comes with the description the alert shows.
+    void themeEntriesShown(bool loading, bool failed, const QString& failureDescription);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
