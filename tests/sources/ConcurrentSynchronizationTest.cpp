@@ -85,7 +85,7 @@ private slots:
         QVERIFY(synchronizedRepository.synchronize());
         const Configuration configuration(scene.remoteUrl(), scene.cloneUrl(), QUrl());
 
-        constexpr int rounds = 12;
+        constexpr int rounds = 30;
         constexpr int processes = 3;
         constexpr int threads = 3;
         QStringList failures;
