@@ -107,28 +107,6 @@ private slots:
         QCOMPARE(runGit(root.filePath(QStringLiteral("clone")), {QStringLiteral("rev-parse"), QStringLiteral("HEAD")}), head);
     }
 
-    // The host remembers what the first check reported; until the repository moves on, every later
-    // check says up-to-date; then it reports the new commit.
-    void followsTheRepositoryOverTime()
-    {
-        QTemporaryDir root;
-        GitRepositoryFixture remote(root.filePath(QStringLiteral("remote")));
-        writeTheme(remote.themesDirectory(), QStringLiteral("a.theme.json"), QStringLiteral("A"), QStringLiteral("dark"), {}, QStringLiteral("1"));
-        remote.commitAll(QStringLiteral("one"));
-        const CorvaneModule module(Configuration(remote.fileUrl(), QUrl::fromLocalFile(root.filePath(QStringLiteral("clone"))), QUrl()));
-
-        const Delivery first = check(module, std::nullopt);
-        const auto* update = std::get_if<UpdateAvailable>(&*first.status);
-        QVERIFY(update);
-        QCOMPARE(update->commit.size(), 40);
-        QCOMPARE(update->commit, update->commit.toLower());
-        QCOMPARE(describe(*check(module, update->commit).status), QStringLiteral("up-to-date"));
-
-        writeTheme(remote.themesDirectory(), QStringLiteral("a.theme.json"), QStringLiteral("A"), QStringLiteral("dark"), {}, QStringLiteral("2"));
-        const QString moved = remote.commitAll(QStringLiteral("two"));
-        QCOMPARE(describe(*check(module, update->commit).status), QStringLiteral("update-available ") + moved);
-    }
-
     // No offline fallback: with a good clone, an unreachable remote is a failure, delivered like any
     // other status.
     void unreachableRemoteFails()
