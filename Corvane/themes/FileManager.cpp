@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -136,6 +137,8 @@ Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const Q
     if (!base.endsWith(u'/'))
         base += u'/';
     QList<QUrl> files;
+    QString path = base;
+    path.reserve(base.size() + 256);
     while (true) {
         errno = 0;
         const dirent* entry = ::readdir(listing);
@@ -161,7 +164,14 @@ Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const Q
         }
         if (type == DT_DIR)
             continue;
-        files.append(QUrl::fromLocalFile(base + QFile::decodeName(name)));
+        // One path buffer for every entry: most names are ASCII and need no conversion of their own.
+        path.truncate(base.size());
+        const std::size_t length = std::strlen(name);
+        if (std::all_of(name, name + length, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; }))
+            path.append(QLatin1StringView(name, static_cast<qsizetype>(length)));
+        else
+            path.append(QFile::decodeName(QByteArray::fromRawData(name, static_cast<qsizetype>(length))));
+        files.append(QUrl::fromLocalFile(path));
     }
     return files;
 }

@@ -10,11 +10,16 @@ ThemeDecoder::~ThemeDecoder() = default;
 
 Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file)
 {
+    return decodeTheme(file, file.toLocalFile());
+}
+
+Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file, const QString& localPath)
+{
     const auto readingFailed = [&file](TextError error) {
         return std::unexpected(JSONDecodingError(JSONDecodingError::DataReadingFailed{file, std::move(error)}));
     };
 
-    auto opened = RegularFile::open(file.toLocalFile());
+    auto opened = RegularFile::open(localPath);
     if (!opened)
         return readingFailed(std::move(opened.error()));
     auto length = opened->readAll(m_buffer, m_capacity, ThemeJsonParser::padding, maximumFileSize);

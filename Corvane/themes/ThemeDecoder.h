@@ -27,6 +27,8 @@ public:
     // Only a regular file (after following links) is read: a named pipe or socket named like a theme
     // fails at once instead of blocking the reading.
     Result<Theme, JSONDecodingError> decodeTheme(const QUrl& file);
+    // The same for a file whose local path the caller already has.
+    Result<Theme, JSONDecodingError> decodeTheme(const QUrl& file, const QString& localPath);
 
 private:
     std::unique_ptr<ThemeJsonParser> m_parser; // made on first use

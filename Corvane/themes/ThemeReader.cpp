@@ -1,6 +1,7 @@
 #include "Corvane/themes/ThemeReader.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace corvane {
 
@@ -45,20 +46,53 @@ Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUr
     QList<StoredTheme> themes;
     themes.reserve(files->size());
     for (const QUrl& file : std::as_const(*files)) {
-        // The path ends with the file name, and is cheaper to get than the name on its own.
-        if (!isThemeFileName(file.path()))
+        // The path ends with the file name, and is needed for opening the file anyway.
+        const QString path = file.isLocalFile() ? file.toLocalFile() : file.path();
+        if (!isThemeFileName(path))
             continue;
-        auto theme = m_themeDecoder->decodeTheme(file);
+        auto theme = m_themeDecoder->decodeTheme(file, path);
         if (!theme)
             return std::unexpected(ThemeDecodingError{std::move(theme.error())});
         themes.append(StoredTheme{file, std::move(*theme)});
     }
 
-    // Stable: the dark and the light variant of one name keep the order their files were listed in.
-    std::stable_sort(themes.begin(), themes.end(), [](const StoredTheme& left, const StoredTheme& right) {
-        return nameOrdersBefore(left.theme.identifier.canonicalName(), right.theme.identifier.canonicalName());
-    });
-    return themes;
+    return sortedByName(std::move(themes));
 }
+
+QList<StoredTheme> ThemeReader::sortedByName(QList<StoredTheme> themes)
+{
+    // Sorting small keys and moving each theme once is cheaper than moving themes around.
+    struct Key {
+        const QString* name;
+        qsizetype index;
+    };
+    std::vector<Key> keys;
+    keys.reserve(static_cast<std::size_t>(themes.size()));
+    // Without any unit from U+D800 on, UTF-16 order is code point order and QString's own
+    // (vectorised) comparison can be used.
+    bool beyondSurrogates = false;
+    for (qsizetype index = 0; index < themes.size(); ++index) {
+        const QString& name = themes[index].theme.identifier.canonicalName();
+        keys.push_back(Key{&name, index});
+        if (!beyondSurrogates)
+            beyondSurrogates = std::any_of(name.cbegin(), name.cend(), [](QChar unit) { return unit.unicode() >= 0xD800; });
+    }
+    // Equal names keep their listing order: the dark and the light variant of one theme stay as listed.
+    if (beyondSurrogates) {
+        std::stable_sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
+            return nameOrdersBefore(*left.name, *right.name);
+        });
+    } else {
+        std::stable_sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
+            return QtPrivate::compareStrings(*left.name, *right.name, Qt::CaseSensitive) < 0;
+        });
+    }
+    QList<StoredTheme> sorted;
+    sorted.reserve(themes.size());
+    for (const Key& key : keys)
+        sorted.append(std::move(themes[key.index]));
+    return sorted;
+}
+
 
 } // namespace corvane

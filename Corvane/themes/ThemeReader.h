@@ -29,6 +29,9 @@ public:
     // character beyond U+FFFF sorts after U+FFFD; no locale rules and no case folding ("Zen" before "alpha").
     static bool nameOrdersBefore(const QString& canonicalName, const QString& otherCanonicalName);
 
+    // Themes in the order of their names (stable, so equal names keep their order).
+    static QList<StoredTheme> sortedByName(QList<StoredTheme> themes);
+
 private:
     std::shared_ptr<ThemeDecoder> m_themeDecoder;
     std::shared_ptr<const DirectoryLister> m_directoryLister;
