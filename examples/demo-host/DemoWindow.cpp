@@ -162,7 +162,8 @@ void DemoWindow::reloadInstalledThemes()
     m_themeList->clear();
     const QString directory = m_module.configuration().installedThemeDirectory().toLocalFile();
     for (const InstalledTheme& theme : readInstalledThemes(directory)) {
-        auto item = new QTreeWidgetItem(m_themeList, {theme.name, theme.style, theme.version, theme.authors});
+        const QString style = theme.style.left(1).toUpper() + theme.style.mid(1).toLower();
+        auto item = new QTreeWidgetItem(m_themeList, {theme.name, style, theme.version, theme.authors});
         item->setToolTip(0, QDir(directory).filePath(theme.fileName));
     }
     for (int column = 0; column < 3; ++column)
