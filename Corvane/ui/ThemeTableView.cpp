@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
@@ -329,6 +330,40 @@ int ThemeTableView::focusedRow() const
 
 bool ThemeTableView::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::KeyPress) {
+        // The arrows, Page Up/Down, Home and End move from row to row, as in any list.
+        const int row = rowOfWidget(static_cast<QWidget*>(watched));
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const int perPage = std::max(1, viewport()->height() / std::max(1, m_rowHeight) - 1);
+        int target = -1;
+        switch (key) {
+        case Qt::Key_Up:
+            target = row - 1;
+            break;
+        case Qt::Key_Down:
+            target = row + 1;
+            break;
+        case Qt::Key_PageUp:
+            target = std::max(0, row - perPage);
+            break;
+        case Qt::Key_PageDown:
+            target = std::min(numberOfRows() - 1, row + perPage);
+            break;
+        case Qt::Key_Home:
+            target = 0;
+            break;
+        case Qt::Key_End:
+            target = numberOfRows() - 1;
+            break;
+        default:
+            break;
+        }
+        if (row >= 0 && target != -1) {
+            if (target >= 0 && target < numberOfRows() && target != row)
+                focusRow(target, target < row ? Qt::BacktabFocusReason : Qt::TabFocusReason);
+            return true;
+        }
+    }
     if (event->type() == QEvent::FocusIn) {
         const auto reason = static_cast<QFocusEvent*>(event)->reason();
         // Only keyboard focus scrolls: a click must land on the button it was aimed at.
