@@ -2,8 +2,23 @@
 
 #include <QHash>
 
+#include <vector>
+
 namespace corvane {
 namespace {
+
+// An identifier of the installed list, by reference: the index keys on it without copying names.
+struct IdentifierRef {
+    const Theme::Identifier* identifier;
+    bool operator==(const IdentifierRef& other) const { return *identifier == *other.identifier; }
+};
+
+// Qt's keyed hash of the composed name and style: theme names come from a repository we do not
+// control, and an unkeyed hash would let crafted names collide and turn the index back into a scan.
+std::size_t qHash(const IdentifierRef& key, std::size_t seed) noexcept
+{
+    return qHash(*key.identifier, seed);
+}
 
 // The first installed theme of every identifier. Matching means "scan the installed list from its
 // start"; indexing only the first occurrence gives the same answer in one pass instead of one scan per
@@ -15,7 +30,7 @@ public:
     {
         m_first.reserve(localThemes.size());
         for (const LocalTheme& local : localThemes) {
-            const LocalTheme*& first = m_first[local.theme.theme.identifier];
+            const LocalTheme*& first = m_first[IdentifierRef{&local.theme.theme.identifier}];
             if (!first)
                 first = &local;
         }
@@ -23,28 +38,35 @@ public:
 
     const LocalTheme* firstMatch(const RemoteTheme& remote) const
     {
-        return m_first.value(remote.theme.theme.identifier, nullptr);
+        return m_first.value(IdentifierRef{&remote.theme.theme.identifier}, nullptr);
     }
 
 private:
-    QHash<Theme::Identifier, const LocalTheme*> m_first;
+    QHash<IdentifierRef, const LocalTheme*> m_first;
 };
 
-// The installed-themes directory with one more path component. Built from the directory's encoded
-// path so that a file name with "%" or "#" stays the same file name.
+// The installed-themes directory with one more path component. Works on the paths in the form a URL
+// keeps them (a "%" of a file name stays encoded), so a file name with "%", "#" or "?" stays the same
+// file name; building the URL is the costliest step of the whole comparison, and this is its cheapest
+// exact form.
 class DestinationMaker {
 public:
     explicit DestinationMaker(const QUrl& directory) : m_directory(directory)
     {
-        m_prefix = directory.path(QUrl::FullyEncoded);
+        m_prefix = directory.path(QUrl::PrettyDecoded);
         if (!m_prefix.endsWith(u'/'))
             m_prefix += u'/';
     }
 
     QUrl destination(const QUrl& remoteFile) const
     {
+        const QString remotePath = remoteFile.path(QUrl::PrettyDecoded);
+        const QStringView fileName = QStringView(remotePath).mid(remotePath.lastIndexOf(u'/') + 1);
+        QString path;
+        path.reserve(m_prefix.size() + fileName.size());
+        path.append(m_prefix).append(fileName);
         QUrl url = m_directory;
-        url.setPath(m_prefix + remoteFile.fileName(QUrl::FullyEncoded), QUrl::StrictMode);
+        url.setPath(path, QUrl::TolerantMode);
         return url;
     }
 
@@ -101,18 +123,24 @@ Result<QList<ThemeDifference>, ThemeDifferencesError> FindThemeDifferences::find
 QList<ThemeDifference> FindThemeDifferences::differences(const QList<RemoteTheme>& remoteThemes,
                                                          const QList<LocalTheme>& localThemes) const
 {
-    // One index and one walk per group; the groups are the same as the two public steps give.
+    // One index, one lookup per remote theme, then one walk per group: the same groups the two
+    // public steps give.
     const FirstInstalledIndex index(localThemes);
+    std::vector<const LocalTheme*> firstMatches;
+    firstMatches.reserve(std::size_t(remoteThemes.size()));
+    for (const RemoteTheme& remote : remoteThemes)
+        firstMatches.push_back(index.firstMatch(remote));
+
     const DestinationMaker destinations(m_installedThemesDirectoryURL);
     QList<ThemeDifference> result;
     result.reserve(remoteThemes.size());
-    for (const RemoteTheme& remote : remoteThemes) {
-        if (!index.firstMatch(remote))
-            result.emplace_back(makeNewTheme(remote, destinations));
+    for (qsizetype i = 0; i < remoteThemes.size(); ++i) {
+        if (!firstMatches[std::size_t(i)])
+            result.emplace_back(makeNewTheme(remoteThemes[i], destinations));
     }
-    for (const RemoteTheme& remote : remoteThemes) {
-        if (const LocalTheme* installed = index.firstMatch(remote)) {
-            if (auto update = makeUpdatedTheme(remote, *installed))
+    for (qsizetype i = 0; i < remoteThemes.size(); ++i) {
+        if (const LocalTheme* installed = firstMatches[std::size_t(i)]) {
+            if (auto update = makeUpdatedTheme(remoteThemes[i], *installed))
                 result.emplace_back(std::move(*update));
         }
     }

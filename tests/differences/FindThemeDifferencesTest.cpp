@@ -173,6 +173,11 @@ private slots:
             << QStringList{}
             << QStringList{"new Grey light 1.0.0 () R/50% grey #2 ?.theme.json -> I/50% grey #2 ?.theme.json",
                            QString::fromUtf8("new Summer light 1.0.0 () R/\u00e9t\u00e9 [x].theme.json -> I/\u00e9t\u00e9 [x].theme.json")};
+        QTest::newRow("file names that look percent-encoded are taken literally")
+            << QStringList{"a%41%2Fb%.theme.json|Grey|light|1.0.0", "x;y,z+w=v&u@t$.theme.json|Blue|dark|1.0.0"}
+            << QStringList{}
+            << QStringList{"new Grey light 1.0.0 () R/a%41%2Fb%.theme.json -> I/a%41%2Fb%.theme.json",
+                           "new Blue dark 1.0.0 () R/x;y,z+w=v&u@t$.theme.json -> I/x;y,z+w=v&u@t$.theme.json"};
         QTest::newRow("empty name is a name like any other")
             << QStringList{"e.theme.json||dark|2.0.0", "f.theme.json||light|1.0.0"}
             << QStringList{"e.theme.json||dark|1.0.0"}
@@ -244,7 +249,8 @@ private slots:
             QString::fromUtf8("\u212bngstr\u00f6m"), // the Ångström sign, canonically the same letter Å
             QStringLiteral("Nord"), QString(), QString::fromUtf8("\u1100\u1161"), QString::fromUtf8("\uac00")};
         const QStringList fileNames{QStringLiteral("a.theme.json"), QStringLiteral("b.theme.json"),
-                                    QStringLiteral("50% #c.theme.json"), QString::fromUtf8("\u00e9.theme.json")};
+                                    QStringLiteral("50% #c.theme.json"), QString::fromUtf8("\u00e9.theme.json"),
+                                    QStringLiteral("%41%2F?.theme.json")};
         const auto theme = [&](int index) {
             const int extra = int(random.bounded(50));
             const QString fileName = extra < 10 ? fileNames[extra % fileNames.size()]
