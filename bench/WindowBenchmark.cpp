@@ -1,0 +1,153 @@
+// The updater window off screen with 10,000 rows: from handing the rows to the window to its first
+// complete paint, one scrolled frame at a time from top to bottom, and what the rows cost in memory.
+#include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeTableView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QScrollBar>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+using namespace corvane;
+
+namespace {
+
+constexpr int rowCount = 10000;
+
+QList<ThemeEntry> manyRows()
+{
+    QList<ThemeEntry> rows;
+    rows.reserve(rowCount);
+    for (int row = 0; row < rowCount; ++row) {
+        const QString file = QStringLiteral("theme-%1.theme.json").arg(row, 5, 10, QLatin1Char('0'));
+        rows.append(ThemeEntry{QStringLiteral("Theme Number %1").arg(row), row % 3 ? QStringLiteral("Dark") : QStringLiteral("Light"),
+                               QStringLiteral("Ann Author, Bo Builder"),
+                               row % 2 ? std::optional(QStringLiteral("1.%1.0").arg(row)) : std::nullopt,
+                               QStringLiteral("2.%1.0").arg(row),
+                               CopyCommand{QUrl::fromLocalFile(QStringLiteral("/clone/Themes/") + file),
+                                           QUrl::fromLocalFile(QStringLiteral("/installed/") + file)}});
+    }
+    return rows;
+}
+
+ThemeListState success(QList<ThemeEntry> rows)
+{
+    return Result<QList<ThemeEntry>, AnyError>(std::move(rows));
+}
+
+// Lets every fade end and every pending layout and paint happen.
+void settle(ThemeListViewController& list)
+{
+    while (list.isAnimating())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    QCoreApplication::processEvents();
+}
+
+std::shared_ptr<CorvaneWindowController> shownWindow()
+{
+    auto controller = CorvaneWindowController::fromForm();
+    controller->window()->resize(580, 460);
+    controller->window()->show();
+    controller->showThemeEntries(std::nullopt); // as every refresh starts
+    settle(*controller->listViewController());
+    return controller;
+}
+
+void FirstPaintOf10000Rows(benchmark::State& state)
+{
+    const QList<ThemeEntry> rows = manyRows();
+    for (auto _ : state) {
+        state.PauseTiming();
+        const auto controller = shownWindow();
+        state.ResumeTiming();
+        controller->showThemeEntries(success(rows));
+        QCoreApplication::processEvents(); // the list lays out its rows
+        controller->window()->repaint();   // and everything is drawn, the fading overlay included
+        state.PauseTiming();
+        benchmark::DoNotOptimize(controller->listViewController()->themeTableView()->cellsMade());
+        controller->window()->hide();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(FirstPaintOf10000Rows)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+// One frame: the list moves by a step and the window is painted again. The argument is the step in
+// pixels: a few pixels of a smooth trackpad scroll, a wheel notch, a page.
+void ScrollFrameThrough10000Rows(benchmark::State& state)
+{
+    const auto controller = shownWindow();
+    ThemeListViewController& list = *controller->listViewController();
+    controller->showThemeEntries(success(manyRows()));
+    settle(list);
+    QScrollBar* bar = list.themeTableView()->verticalScrollBar();
+    const int step = int(state.range(0));
+    qint64 frames = 0;
+    for (auto _ : state) {
+        if (bar->value() >= bar->maximum()) {
+            state.PauseTiming();
+            bar->setValue(0);
+            QCoreApplication::processEvents();
+            state.ResumeTiming();
+        }
+        bar->setValue(bar->value() + step);
+        QCoreApplication::processEvents(); // new rows get their cells; the window is painted
+        ++frames;
+    }
+    state.counters["cells"] = list.themeTableView()->cellsMade();
+    state.counters["frames"] = double(frames);
+}
+BENCHMARK(ScrollFrameThrough10000Rows)->Arg(8)->Arg(60)->Arg(400)->Unit(benchmark::kMicrosecond);
+
+double residentMegabytes()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = statm.readAll().split(' ');
+    return fields.size() > 1 ? fields.at(1).toDouble() * 4096.0 / (1024.0 * 1024.0) : 0;
+}
+
+double heapMegabytes()
+{
+    return double(mallinfo2().uordblks) / (1024.0 * 1024.0);
+}
+
+// What a window with 10,000 rows holds beyond the same window with none.
+void MemoryOf10000Rows(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const auto controller = shownWindow();
+        ThemeListViewController& list = *controller->listViewController();
+        controller->showThemeEntries(success({}));
+        settle(list);
+        controller->window()->repaint();
+        const double heapBefore = heapMegabytes();
+        const double residentBefore = residentMegabytes();
+        controller->showThemeEntries(success(manyRows()));
+        settle(list);
+        controller->window()->repaint();
+        list.themeTableView()->verticalScrollBar()->setValue(list.themeTableView()->verticalScrollBar()->maximum());
+        settle(list);
+        state.counters["heapMB"] = heapMegabytes() - heapBefore;
+        state.counters["residentMB"] = residentMegabytes() - residentBefore;
+        state.counters["cells"] = list.themeTableView()->cellsMade();
+    }
+}
+BENCHMARK(MemoryOf10000Rows)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
