@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <cstdlib>
 #include <memory>
 
 namespace corvane::cli {
@@ -95,6 +96,19 @@ private:
     std::optional<QString> m_failure;
 };
 
+// Off screen, Qt notes every window operation the platform cannot do; stderr is for the command's own
+// messages, so those notes are dropped.
+void dropPlatformNotices(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtWarningMsg && message.startsWith(QLatin1StringView("This plugin does not support")))
+        return;
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    printError(qFormatLogMessage(type, context, message));
+    if (type == QtFatalMsg)
+        std::abort();
+}
+
 } // namespace
 
 int runShow(const QStringList& arguments)
@@ -112,6 +126,7 @@ int runShow(const QStringList& arguments)
     commandLine.parser().addOption(screenshot);
     if (auto status = commandLine.parse(arguments))
         return *status;
+    qInstallMessageHandler(dropPlatformNotices);
 
     // A screenshot shows the window at its designed size, whatever a person did with it before.
     std::unique_ptr<QTemporaryDir> settings;
