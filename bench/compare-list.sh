@@ -7,7 +7,7 @@
 # Workload: a file:// remote of 10,000 theme files of about 1 KB, 5,000 installed of which half are
 # older; every clone is synchronised once beforehand, so each run finds the remote unchanged.
 # Peers: (a) git fetch + git checkout -f origin/master + Python's json and a dict, (b) the same with
-# jq, (c) the floor: the two git commands and cat of every theme file.
+# jq, (c) the floor: the two git commands and cat of every theme file. PYTHON names the interpreter.
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -22,6 +22,10 @@ for tool in hyperfine:hyperfine /usr/bin/time:time jq:jq; do
     fi
 done
 [ -x "$corvane" ] || { echo "no corvane at $corvane (build it first)" >&2; exit 2; }
+# The interpreter itself, not a version manager's shim in front of it (a pyenv shim alone costs
+# some 150 ms per start here), so the peer is timed as Python, not as its launcher.
+PYTHON=${PYTHON:-$(python3 -c 'import sys; print(sys.executable)')}
+export PYTHON
 
 if [ ! -d "$work/remote" ]; then
     echo "building the workload in $work" >&2

@@ -4,4 +4,4 @@
 set -e
 git -C "$1" fetch --quiet origin
 git -C "$1" checkout --quiet -f origin/master
-exec python3 "$(dirname "$0")/list-peer.py" "$1/Themes" "$2"
+exec "${PYTHON:-python3}" "$(dirname "$0")/list-peer.py" "$1/Themes" "$2"
