@@ -95,9 +95,15 @@ QString moveToTrash(const QString& path)
     QFile item(path);
     if (item.moveToTrash())
         return {};
+    const QByteArray encoded = QFile::encodeName(path);
     struct stat status;
-    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+    if (::lstat(encoded.constData(), &status) != 0)
         return RegularFile::describeErrno(errno);
+    if (S_ISLNK(status.st_mode) && ::stat(encoded.constData(), &status) != 0) {
+        //% "It is a symbolic link to something that doesn't exist."
+        return localizedString(QT_TRID_NOOP("corvane.file-manager.dangling-link"),
+                               "It is a symbolic link to something that doesn't exist.");
+    }
     QString reason = item.errorString();
     if (reason.isEmpty()) {
         //% "The Trash refused it."
@@ -240,7 +246,10 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
 
     const QByteArray destination = QFile::encodeName(destinationPath);
     struct stat existing;
-    const bool replacing = ::lstat(destination.constData(), &existing) == 0;
+    // A link at the destination that leads nowhere holds nothing to keep: the new file just replaces it.
+    struct stat linked;
+    const bool replacing = ::lstat(destination.constData(), &existing) == 0
+        && (!S_ISLNK(existing.st_mode) || ::stat(destination.constData(), &linked) == 0);
     if (replacing && S_ISDIR(existing.st_mode)) {
         // A theme file never replaces a whole directory: that would move someone's folder to the Trash.
         //% "A directory stands at the destination."
