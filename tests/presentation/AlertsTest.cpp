@@ -146,6 +146,8 @@ private slots:
         QTest::addColumn<QString>("description");
         QTest::newRow("short") << "The remote hung up.";
         QTest::newRow("long, with a path") << longDescription;
+        QTest::newRow("one unbroken token longer than the field")
+            << QStringLiteral("git://127.0.0.1/") + QString(120, u'x') + QStringLiteral(".git");
     }
 
     void theDetailFieldIsQuietSelectableAndWrapped()
