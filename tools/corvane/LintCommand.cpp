@@ -123,7 +123,8 @@ int runLint(const QStringList& arguments)
             }
             report.append(entry);
         }
-        printOut(QString::fromUtf8(QJsonDocument(report).toJson(QJsonDocument::Indented)).trimmed());
+        printOut(report.isEmpty() ? QStringLiteral("[]")
+                                  : QString::fromUtf8(QJsonDocument(report).toJson(QJsonDocument::Indented)).trimmed());
     } else {
         for (const Checked& result : results) {
             QStringList fields{escapeField(result.fileName)};
