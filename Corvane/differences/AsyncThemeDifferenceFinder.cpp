@@ -2,6 +2,7 @@
 
 #include "Corvane/module/Dispatch.h"
 #include "Corvane/module/Localized.h"
+#include "Corvane/sources/CredentialRedaction.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -105,9 +106,9 @@ ThemeDifferencesError AsyncThemeDifferenceFinder::timeOutError(const QUrl& remot
     //% "The theme repository %@ did not answer within %@ seconds."
     const QString format = localizedString(QT_TRID_NOOP("corvane.comparison.time-out"),
                                            "The theme repository %@ did not answer within %@ seconds.");
-    // Credentials in the URL are never shown.
-    const QString repository = remoteRepositoryURL.toDisplayString(QUrl::RemoveUserInfo);
-    GitError error(GIT_ERROR, GIT_ERROR_NET, fillPlaceholders(format, {repository, secondsText(timeLimit)}));
+    // Named as every git message names it: without user name or password.
+    GitError error(GIT_ERROR, GIT_ERROR_NET,
+                   fillPlaceholders(format, {displayUrl(remoteRepositoryURL), secondsText(timeLimit)}));
     return ThemeDifferencesError(ThemeDifferencesError::RemoteFetchingFailed{
         RemoteThemeFetchingError(RemoteThemeFetchingError::RepositoryError{std::move(error)})});
 }

@@ -87,6 +87,7 @@ private slots:
         QTest::newRow("tab") << "Solar\tFlare" << "Solar Flare";
         QTest::newRow("line break") << "Solar\nFlare" << "Solar Flare";
         QTest::newRow("quotes and backslash") << "\"Solar\" \\ Flare" << "\"Solar\" \\ Flare";
+        QTest::newRow("other control character") << "Solar\x01Flare" << "Solar\x01Flare";
     }
 
     void namesThatWouldBreakARow()

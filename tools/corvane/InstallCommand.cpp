@@ -29,9 +29,9 @@ QString copyingFailedMessage(const QString& fileName)
 QString doneLine(const ThemeRow& row)
 {
     if (row.isUpdate())
-        return QStringLiteral("updated %1 %2 -> %3").arg(row.entry.name, *row.entry.installedVersion,
+        return QStringLiteral("updated %1 %2 -> %3").arg(plainField(row.entry.name), *row.entry.installedVersion,
                                                         row.entry.remoteVersion);
-    return QStringLiteral("installed %1").arg(row.entry.name);
+    return QStringLiteral("installed %1").arg(plainField(row.entry.name));
 }
 
 } // namespace

@@ -2,24 +2,12 @@
 #include "Commands.h"
 #include "ComparisonSetup.h"
 
-
 namespace corvane::cli {
 namespace {
 
-// A tab or line break inside a name would split the row; plain output keeps one row per line and
-// five fields per row, --json keeps the text exactly.
-QString field(QString text)
-{
-    for (QChar& c : text) {
-        if (c == u'\t' || c == u'\n' || c == u'\r')
-            c = u' ';
-    }
-    return text;
-}
-
 QString plainLine(const ThemeEntry& entry)
 {
-    return QStringList{field(entry.name), field(entry.style), field(entry.authors),
+    return QStringList{plainField(entry.name), plainField(entry.style), plainField(entry.authors),
                        entry.installedVersion.value_or(QStringLiteral("-")), entry.remoteVersion}
         .join(u'\t');
 }
@@ -30,11 +18,21 @@ void appendJsonString(QString& out, const QString& text)
     out += u'"';
     for (const QChar c : text) {
         switch (c.unicode()) {
-        case u'"': out += QLatin1String("\\\""); break;
-        case u'\\': out += QLatin1String("\\\\"); break;
-        case u'\n': out += QLatin1String("\\n"); break;
-        case u'\r': out += QLatin1String("\\r"); break;
-        case u'\t': out += QLatin1String("\\t"); break;
+        case u'"':
+            out += QLatin1String("\\\"");
+            break;
+        case u'\\':
+            out += QLatin1String("\\\\");
+            break;
+        case u'\n':
+            out += QLatin1String("\\n");
+            break;
+        case u'\r':
+            out += QLatin1String("\\r");
+            break;
+        case u'\t':
+            out += QLatin1String("\\t");
+            break;
         default:
             if (c.unicode() < 0x20)
                 out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
