@@ -68,6 +68,17 @@ std::function<void(ThemeDifferencesResult)> recordInto(std::shared_ptr<Answer> a
 
 const RemoteThemeFetchingError unreachable(RemoteThemeFetchingError::RepositoryError{GitError(-1, 12, "unreachable")});
 
+std::shared_ptr<AsyncThemeDifferenceFinder> makeFinder(std::shared_ptr<GatedRemoteThemes> remote,
+                                                       QStringList installed = {},
+                                                       std::chrono::milliseconds limit = 10s,
+                                                       QUrl remoteURL = QUrl("file:///srv/themes.git"))
+{
+    return std::make_shared<AsyncThemeDifferenceFinder>(
+        std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDirectory), std::move(remote),
+                                               std::make_shared<InstalledThemes>(std::move(installed))),
+        std::move(remoteURL), limit);
+}
+
 } // namespace
 
 class AsyncThemeDifferenceFinderTest : public QObject {
@@ -97,13 +108,8 @@ private slots:
         auto remote = std::make_shared<GatedRemoteThemes>(
             remoteFails ? Result<QList<RemoteTheme>, RemoteThemeFetchingError>(std::unexpected(unreachable))
                         : remoteThemes({"s.theme.json|Solar|dark|2.0.0"}));
-        auto finder = std::make_shared<AsyncThemeDifferenceFinder>(
-            std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDirectory), remote,
-                                                   std::make_shared<InstalledThemes>(installed)),
-            QUrl(QStringLiteral("file:///srv/themes.git")));
-
         auto answer = std::make_shared<Answer>();
-        finder->findDifferences(recordInto(answer));
+        makeFinder(remote, installed, 300ms)->findDifferences(recordInto(answer));
         // Even a comparison that is over before the call returns answers only later.
         QVERIFY(remote->started.tryAcquire(1, 5000));
         QThread::msleep(20);
@@ -117,6 +123,10 @@ private slots:
             QCOMPARE(describe(**answer->result), expected);
         else
             QCOMPARE(QStringList{answer->result->error().errorDescription()}, expected);
+        // An answer in time cancels the limit: no second call with a time-out.
+        QTest::qWait(400);
+        QCOMPARE(answer->calls, 1);
+        QCOMPARE(bool(*answer->result), !remoteFails);
     }
 
     void keepsTheComparisonAliveWhenDropped()
@@ -124,13 +134,7 @@ private slots:
         auto remote = std::make_shared<GatedRemoteThemes>(remoteThemes({"s.theme.json|Solar|dark|2.0.0"}), false);
         std::weak_ptr<GatedRemoteThemes> remoteAlive = remote;
         auto answer = std::make_shared<Answer>();
-        {
-            auto finder = std::make_unique<AsyncThemeDifferenceFinder>(
-                std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDirectory), std::move(remote),
-                                                       std::make_shared<InstalledThemes>(QStringList{})),
-                QUrl(QStringLiteral("file:///srv/themes.git")));
-            finder->findDifferences(recordInto(answer));
-        }
+        makeFinder(std::move(remote))->findDifferences(recordInto(answer)); // the only reference, dropped at once
         QVERIFY(!remoteAlive.expired());
         remoteAlive.lock()->gate.release();
 
@@ -144,12 +148,7 @@ private slots:
 
     void answersWhenCalledOffTheMainThread()
     {
-        auto finder = std::make_shared<AsyncThemeDifferenceFinder>(
-            std::make_shared<FindThemeDifferences>(
-                QUrl::fromLocalFile(installedDirectory),
-                std::make_shared<GatedRemoteThemes>(remoteThemes({"s.theme.json|Solar|dark|2.0.0"})),
-                std::make_shared<InstalledThemes>(QStringList{})),
-            QUrl(QStringLiteral("file:///srv/themes.git")), 10s);
+        auto finder = makeFinder(std::make_shared<GatedRemoteThemes>(remoteThemes({"s.theme.json|Solar|dark|2.0.0"})));
         auto answer = std::make_shared<Answer>();
         std::unique_ptr<QThread> caller(QThread::create([&] { finder->findDifferences(recordInto(answer)); }));
         caller->start();
@@ -173,10 +172,7 @@ private slots:
         QFETCH(QString, shownURL);
 
         auto remote = std::make_shared<GatedRemoteThemes>(remoteThemes({"s.theme.json|Solar|dark|2.0.0"}), false);
-        auto finder = std::make_shared<AsyncThemeDifferenceFinder>(
-            std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDirectory), remote,
-                                                   std::make_shared<InstalledThemes>(QStringList{})),
-            remoteURL, 150ms);
+        auto finder = makeFinder(remote, {}, 150ms, remoteURL);
         auto answer = std::make_shared<Answer>();
         finder->findDifferences(recordInto(answer));
         QVERIFY(remote->started.tryAcquire(1, 5000));
@@ -201,45 +197,6 @@ private slots:
         QTest::qWait(50);
         QCOMPARE(answer->calls, 1);
         QVERIFY(!*answer->result);
-    }
-
-    void answerInTimeCancelsTheLimit()
-    {
-        auto finder = std::make_shared<AsyncThemeDifferenceFinder>(
-            std::make_shared<FindThemeDifferences>(
-                QUrl::fromLocalFile(installedDirectory),
-                std::make_shared<GatedRemoteThemes>(remoteThemes({"s.theme.json|Solar|dark|2.0.0"})),
-                std::make_shared<InstalledThemes>(QStringList{})),
-            QUrl(QStringLiteral("file:///srv/themes.git")), 300ms);
-        auto answer = std::make_shared<Answer>();
-        finder->findDifferences(recordInto(answer));
-        QTRY_COMPARE(answer->calls, 1);
-        QVERIFY(*answer->result);
-        QTest::qWait(500);
-        QCOMPARE(answer->calls, 1);
-        QVERIFY(*answer->result);
-    }
-
-    void callsRunSideBySide()
-    {
-        // Two comparisons in flight at once: the second, let through first, answers first.
-        auto slow = std::make_shared<GatedRemoteThemes>(remoteThemes({"a.theme.json|Aurora|dark|1.0.0"}), false);
-        auto fast = std::make_shared<GatedRemoteThemes>(remoteThemes({"b.theme.json|Borealis|dark|1.0.0"}), false);
-        const auto make = [](std::shared_ptr<GatedRemoteThemes> remote) {
-            return std::make_shared<AsyncThemeDifferenceFinder>(
-                std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDirectory), std::move(remote),
-                                                       std::make_shared<InstalledThemes>(QStringList{})),
-                QUrl(QStringLiteral("file:///srv/themes.git")));
-        };
-        QStringList order;
-        make(slow)->findDifferences([&](ThemeDifferencesResult) { order << "slow"; });
-        make(fast)->findDifferences([&](ThemeDifferencesResult) { order << "fast"; });
-        QVERIFY(slow->started.tryAcquire(1, 5000));
-        QVERIFY(fast->started.tryAcquire(1, 5000));
-        fast->gate.release();
-        QTRY_COMPARE(order, QStringList{"fast"});
-        slow->gate.release();
-        QTRY_COMPARE(order, (QStringList{"fast", "slow"}));
     }
 };
 

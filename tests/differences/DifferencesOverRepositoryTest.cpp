@@ -2,7 +2,7 @@
 #include "ThemeFiles.h"
 #include "ThemeLists.h"
 
-#include "Corvane/differences/AsyncThemeDifferenceFinder.h"
+#include "Corvane/differences/FindThemeDifferences.h"
 #include "Corvane/sources/LocalThemeFetcher.h"
 #include "Corvane/sources/RemoteThemeFetcher.h"
 #include "Corvane/themes/FileManager.h"
@@ -77,29 +77,6 @@ private slots:
                  qPrintable(result.error().errorDescription()));
         // Reading the installed side would have created its directory.
         QVERIFY(!QFileInfo::exists(installed));
-    }
-
-    void answersOnTheMainThreadOverARepository()
-    {
-        QTemporaryDir directory;
-        GitRepositoryFixture remote(directory.filePath("remote"));
-        writeTheme(remote.themesDirectory(), "solar.theme.json", "Solar", "dark", {}, "1.0.0");
-        remote.commitAll("Themes");
-
-        auto finder = std::make_shared<AsyncThemeDifferenceFinder>(
-            realFinder(remote.fileUrl(), directory.filePath("clone"), directory.filePath("installed")), remote.fileUrl());
-        std::optional<ThemeDifferencesResult> answer;
-        bool onMainThread = false;
-        finder->findDifferences([&](ThemeDifferencesResult result) {
-            onMainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
-            answer = std::move(result);
-        });
-        finder.reset();
-        QTRY_VERIFY_WITH_TIMEOUT(answer.has_value(), 60000);
-        QVERIFY(onMainThread);
-        QVERIFY(*answer);
-        QCOMPARE(answer->value().size(), 1);
-        QVERIFY(QFileInfo(directory.filePath("installed")).isDir());
     }
 };
 

@@ -111,9 +111,6 @@ private slots:
             << QStringList{"cafe.theme.json|" + precomposed + "|light|2.0.0"}
             << QStringList{"mine.theme.json|" + decomposed + "|light|1.0.0"}
             << QStringList{"update " + decomposed + " light 1.0.0 -> 2.0.0 () R/cafe.theme.json -> I/mine.theme.json"};
-        QTest::newRow("decomposed remote name matches a composed installed one, equal version")
-            << QStringList{"cafe.theme.json|" + decomposed + "|light|2.0.0"}
-            << QStringList{"cafe.theme.json|" + precomposed + "|light|2.0.0"} << QStringList{};
         QTest::newRow("equal version: nothing")
             << QStringList{"s.theme.json|Solar|dark|1.2.0"} << QStringList{"s.theme.json|Solar|dark|1.2.0"}
             << QStringList{};
@@ -123,9 +120,6 @@ private slots:
         QTest::newRow("versions order by number, not by text")
             << QStringList{"s.theme.json|Solar|dark|1.10.0"} << QStringList{"s.theme.json|Solar|dark|1.2.0"}
             << QStringList{"update Solar dark 1.2.0 -> 1.10.0 () R/s.theme.json -> I/s.theme.json"};
-        QTest::newRow("patch number alone decides")
-            << QStringList{"s.theme.json|Solar|dark|1.2.4"} << QStringList{"s.theme.json|Solar|dark|1.2.3"}
-            << QStringList{"update Solar dark 1.2.3 -> 1.2.4 () R/s.theme.json -> I/s.theme.json"};
         QTest::newRow("first installed duplicate is older: update it")
             << QStringList{"s.theme.json|Solar|dark|2.0.0"}
             << QStringList{"first.theme.json|Solar|dark|1.0.0", "second.theme.json|Solar|dark|3.0.0"}

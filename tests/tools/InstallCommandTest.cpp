@@ -126,24 +126,6 @@ private slots:
         QCOMPARE(installedFiles(scene), (QStringList{"aurora.theme.json", "borealis.theme.json"}));
     }
 
-    void aFailedComparisonInstallsNothing()
-    {
-        ToolScene scene(false);
-        writeTheme(scene.remote().themesDirectory(), "aurora.theme.json", "Aurora", "dark", {}, "1.0.0");
-        writeFile(scene.remote().themesDirectory(), "broken.theme.json", R"({"name": "Broken", "style": "grey",
-            "author": [], "version": "1.0.0"})");
-        scene.remote().commitAll("One broken theme");
-
-        const ToolRun run = runCorvane(QStringList{"install"} + scene.locations() + QStringList{"--all"});
-        QCOMPARE(run.exitCode, 1);
-        QCOMPARE(run.out, QString());
-        QVERIFY2(run.err.startsWith("Computing theme differences failed: Remote theme fetching error: Theme decoding "
-                                    "failed: "),
-                 qPrintable(run.err));
-        QVERIFY2(run.err.contains("Invalid style: grey"), qPrintable(run.err));
-        QCOMPARE(installedFiles(scene), QStringList{});
-    }
-
     void badUsage_data()
     {
         QTest::addColumn<QStringList>("choice");

@@ -194,7 +194,6 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("no installed directory") << QStringList{"list", "--remote", "r", "--clone", "c"};
         QTest::newRow("stray argument") << QStringList{"list", "--remote", "r", "--clone", "c", "--installed", "i", "x"};
-        QTest::newRow("unknown option") << QStringList{"list", "--remote", "r", "--clone", "c", "--installed", "i", "--all"};
     }
 
     void badUsage()
