@@ -39,11 +39,13 @@ void ThemeCellView::configure(const ThemeEntry& entry)
     QString title;
     QString accessibleFormat;
     if (entry.installedVersion) {
+        //: Update button label
         //% "Update"
         title = localizedString(QT_TRID_NOOP("corvane.theme.update"), "Update");
         //% "Update %@"
         accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.update.accessible"), "Update %@");
     } else {
+        //: Install button label
         //% "Install"
         title = localizedString(QT_TRID_NOOP("corvane.theme.install"), "Install");
         //% "Install %@"
