@@ -198,7 +198,7 @@ private slots:
         });
         poll.start(20);
         controller->showThemeEntries(Result<QList<ThemeEntry>, AnyError>(std::unexpected(AnyError(TextError{
-            QStringLiteral("Computing theme differences failed: Remote theme fetching error: failed to resolve "
+            QStringLiteral("Computing theme differences failed: Remote theme fetching error: Repository error: failed to resolve "
                            "address for themes.example.org: Name or service not known")}))));
         QVERIFY(captured);
     }
