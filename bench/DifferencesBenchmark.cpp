@@ -45,9 +45,11 @@ Lists makeLists(int count)
     return lists;
 }
 
+enum Groups { newThemes = 1, updatedThemes = 2, both = 3 };
+
 // The rule word for word: one scan of the installed list per remote theme.
 QList<ThemeDifference> literalScan(const QUrl& directory, const QList<RemoteTheme>& remote,
-                                   const QList<LocalTheme>& installed)
+                                   const QList<LocalTheme>& installed, Groups groups = both)
 {
     QList<ThemeDifference> added;
     QList<ThemeDifference> updated;
@@ -61,14 +63,16 @@ QList<ThemeDifference> literalScan(const QUrl& directory, const QList<RemoteThem
                 break;
             }
         }
-        if (!match)
-            added.append(NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
+        if (!match) {
+            if (groups & newThemes)
+                added.append(NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
                                   stored.theme.version,
                                   CopyCommand{stored.url, QUrl::fromLocalFile(prefix + stored.url.fileName())}));
-        else if (match->theme.theme.version < stored.theme.version)
+        } else if ((groups & updatedThemes) && match->theme.theme.version < stored.theme.version) {
             updated.append(UpdatedTheme(match->theme.theme.identifier, stored.theme.authors,
                                         {match->theme.theme.version, stored.theme.version},
                                         CopyCommand{stored.url, match->theme.url}));
+        }
     }
     return added + updated;
 }
@@ -92,10 +96,46 @@ void literalComparison(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+// The two steps alone, to tell the matching from the making of results: a new theme needs a
+// destination URL built and parsed, an update reuses the installed file's URL.
+void indexedNewThemesStep(benchmark::State& state)
+{
+    const Lists lists = makeLists(int(state.range(0)));
+    const FindThemeDifferences finder(installedDirectory, nullptr, nullptr);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(finder.findNewThemes(lists.remote, lists.installed));
+}
+
+void literalNewThemesStep(benchmark::State& state)
+{
+    const Lists lists = makeLists(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(literalScan(installedDirectory, lists.remote, lists.installed, newThemes));
+}
+
+void indexedUpdatedThemesStep(benchmark::State& state)
+{
+    const Lists lists = makeLists(int(state.range(0)));
+    const FindThemeDifferences finder(installedDirectory, nullptr, nullptr);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(finder.findUpdatedThemes(lists.remote, lists.installed));
+}
+
+void literalUpdatedThemesStep(benchmark::State& state)
+{
+    const Lists lists = makeLists(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(literalScan(installedDirectory, lists.remote, lists.installed, updatedThemes));
+}
+
 } // namespace
 
 BENCHMARK(indexedComparison)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(literalComparison)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(indexedNewThemesStep)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(literalNewThemesStep)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(indexedUpdatedThemesStep)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(literalUpdatedThemesStep)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
