@@ -211,5 +211,111 @@
         <source>the document is empty</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.remote-themes.linked-file">
+        <source>The theme file &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.remote-themes.linked-directory">
+        <source>The theme directory &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.remote-themes.irregular-file">
+        <source>The theme file &apos;%@&apos; is not a regular file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.trash-failed">
+        <source>Could not move &apos;%@&apos; to the Trash: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.dangling-link">
+        <source>It is a symbolic link to something that doesn&apos;t exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.trash-refused">
+        <source>The Trash refused it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.create-directory-failed">
+        <source>Could not create the directory &apos;%@&apos;: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.not-local">
+        <source>It is not a local path.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.file-in-the-way">
+        <source>A file, not a directory, stands at &apos;%@&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.copy-failed">
+        <source>Could not copy &apos;%@&apos; to &apos;%@&apos;: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.copy-not-local">
+        <source>Both must be local file paths.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.source-unreadable">
+        <source>Could not read &apos;%@&apos;: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.directory-in-the-way">
+        <source>A directory stands at the destination.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.no-directory">
+        <source>The directory &apos;%@&apos; doesn&apos;t exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.all-updated.title">
+        <source>All themes are up to date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.all-updated.message">
+        <source>There are no new themes or updates right now.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.window.title">
+        <source>Theme Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.loading.message">
+        <source>Checking for theme updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.update">
+        <source>Update</source>
+        <extracomment>Update button label</extracomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.update.accessible">
+        <source>Update %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.install">
+        <source>Install</source>
+        <extracomment>Install button label</extracomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.install.accessible">
+        <source>Install %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.update-all">
+        <source>Update All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.refresh">
+        <source>Refresh</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.open-theme-directory">
+        <source>Open Theme Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.accessible-name">
+        <source>Theme updates</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -5,211 +5,317 @@
     <name></name>
     <message id="corvane.comparison.time-out">
         <source>The theme repository %@ did not answer within %@ seconds.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Theme-Repository %@ hat nicht innerhalb von %@ Sekunden geantwortet.</translation>
     </message>
     <message id="corvane.style.light">
         <source>Light</source>
-        <translation type="unfinished"></translation>
+        <translation>Hell</translation>
     </message>
     <message id="corvane.style.dark">
         <source>Dark</source>
-        <translation type="unfinished"></translation>
+        <translation>Dunkel</translation>
     </message>
     <message id="corvane.ThemeDifferencesError.base">
         <source>Computing theme differences failed: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Vergleichen der Themes fehlgeschlagen: %@</translation>
     </message>
     <message id="corvane.generic-error.description">
         <source>The operation couldn&apos;t be completed. (%@ error %@.)</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Vorgang konnte nicht abgeschlossen werden. (%@ Fehler %@.)</translation>
     </message>
     <message id="corvane.fetch-failed.title">
         <source>Update Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktualisierungsfehler</translation>
     </message>
     <message id="corvane.fetch-failed.message">
         <source>Themes from the server could not be updated.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Themes vom Server konnten nicht aktualisiert werden.</translation>
     </message>
     <message id="corvane.fetch-failed.close-updater">
         <source>Ignore</source>
-        <translation type="unfinished"></translation>
+        <translation>Ignorieren</translation>
     </message>
     <message id="corvane.fetch-failed.retry">
         <source>Retry</source>
-        <translation type="unfinished"></translation>
+        <translation>Erneut versuchen</translation>
     </message>
     <message id="corvane.copying-failed.title">
         <source>Copying Theme Failed</source>
-        <translation type="unfinished"></translation>
+        <translation>Kopieren des Themes fehlgeschlagen</translation>
     </message>
     <message id="corvane.copying-failed.message">
         <source>The theme &apos;%@&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Theme „%@“ konnte nicht kopiert werden. Sie können alle lokalen Themes löschen, um neu zu beginnen.</translation>
     </message>
     <message id="corvane.copying-failed.continue">
         <source>Continue</source>
-        <translation type="unfinished"></translation>
+        <translation>Fortfahren</translation>
     </message>
     <message id="corvane.copying-failed.resolve">
         <source>Delete Local Themes</source>
-        <translation type="unfinished"></translation>
+        <translation>Lokale Themes löschen</translation>
     </message>
     <message id="corvane.deleting-local-repo-failed.title">
         <source>Deleting Local Theme Repository Failed</source>
-        <translation type="unfinished"></translation>
+        <translation>Löschen des lokalen Theme-Repositorys fehlgeschlagen</translation>
     </message>
     <message id="corvane.deleting-local-repo-failed.message">
         <source>Deleting the local copy of available themes failed. You can try to remove the directory manually and try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die lokale Kopie der verfügbaren Themes konnte nicht gelöscht werden. Sie können das Verzeichnis von Hand entfernen und es erneut versuchen.</translation>
     </message>
     <message id="corvane.deleting-local-repo-failed.continue">
         <source>Ignore</source>
-        <translation type="unfinished"></translation>
+        <translation>Ignorieren</translation>
     </message>
     <message id="corvane.deleting-local-repo-failed.resolve">
         <source>Show Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Verzeichnis zeigen</translation>
     </message>
     <message id="corvane.deleting-installed-themes-failed.title">
         <source>Deleting Local Theme Repository Failed</source>
-        <translation type="unfinished"></translation>
+        <translation>Löschen des lokalen Theme-Repositorys fehlgeschlagen</translation>
     </message>
     <message id="corvane.deleting-installed-themes-failed.message">
         <source>Removing installed themes failed. You can try to remove the directory manually and try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die installierten Themes konnten nicht entfernt werden. Sie können das Verzeichnis von Hand entfernen und es erneut versuchen.</translation>
     </message>
     <message id="corvane.deleting-installed-themes-failed.continue">
         <source>Ignore</source>
-        <translation type="unfinished"></translation>
+        <translation>Ignorieren</translation>
     </message>
     <message id="corvane.deleting-installed-themes-failed.resolve">
         <source>Show Directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Verzeichnis zeigen</translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.fileError">
         <source>File error: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateifehler: %@</translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.base">
         <source>Local theme fetching error: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Lesen der installierten Themes: %@</translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.repositoryError">
         <source>Repository error: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Repository-Fehler: %@</translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.base">
         <source>Remote theme fetching error: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler beim Abrufen der Themes vom Server: %@</translation>
     </message>
     <message id="corvane.git.no-progress">
         <source>The transfer from %@ made no progress for %@ seconds.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Übertragung von %@ kam %@ Sekunden lang nicht voran.</translation>
     </message>
     <message id="corvane.JSONDecoderError.dataCorrupted">
         <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%@).</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Daten konnten nicht gelesen werden, da sie kein gültiges JSON sind (%@).</translation>
     </message>
     <message id="corvane.JSONDecoderError.keyNotFound">
         <source>No value associated with key &quot;%@&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Wert für den Schlüssel „%@“ vorhanden.</translation>
     </message>
     <message id="corvane.JSONDecoderError.valueNotFound">
         <source>Expected %@ value for key &quot;%@&quot; but found null instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Erwartet wurde ein %@-Wert für den Schlüssel „%@“, gefunden wurde aber null.</translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch.document">
         <source>Expected the document to be a JSON %@ but found %@ instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Erwartet wurde als Dokument ein JSON-%@, gefunden wurde aber %@.</translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch">
         <source>Expected %@ value for key &quot;%@&quot; but found %@ instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Erwartet wurde ein %@-Wert für den Schlüssel „%@“, gefunden wurde aber %@.</translation>
     </message>
     <message id="corvane.JSONDecodingError.dataReadingFailed">
         <source>reading Data from &apos;%@&apos; failed: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Lesen der Daten aus „%@“ fehlgeschlagen: %@</translation>
     </message>
     <message id="corvane.JSONDecodingError.jsonDecodingFailed">
         <source>decoding JSON from &apos;%@&apos; failed: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Dekodieren von JSON aus „%@“ fehlgeschlagen: %@</translation>
     </message>
     <message id="corvane.JSONDecodingError.base">
         <source>Could not decode JSON, %@</source>
-        <translation type="unfinished"></translation>
+        <translation>JSON konnte nicht dekodiert werden, %@</translation>
     </message>
     <message id="corvane.file.missing">
         <source>The file doesn&apos;t exist.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei existiert nicht.</translation>
     </message>
     <message id="corvane.file.kind.directory">
         <source>a directory</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Verzeichnis</translation>
     </message>
     <message id="corvane.file.kind.fifo">
         <source>a FIFO (named pipe)</source>
-        <translation type="unfinished"></translation>
+        <translation>ein FIFO (benannte Pipe)</translation>
     </message>
     <message id="corvane.file.kind.socket">
         <source>a socket</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Socket</translation>
     </message>
     <message id="corvane.file.kind.device">
         <source>a device</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Gerät</translation>
     </message>
     <message id="corvane.file.kind.special">
         <source>a special file</source>
-        <translation type="unfinished"></translation>
+        <translation>eine Spezialdatei</translation>
     </message>
     <message id="corvane.file.not-regular">
         <source>It is not a regular file but %@.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie ist keine normale Datei, sondern %@.</translation>
     </message>
     <message id="corvane.file.too-large">
         <source>The file has %@ bytes; a theme file may have at most %@ bytes.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben.</translation>
     </message>
     <message id="corvane.ThemeDecodingError.base">
         <source>Theme decoding failed: %@</source>
-        <translation type="unfinished"></translation>
+        <translation>Dekodieren der Themes fehlgeschlagen: %@</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.string">
         <source>a string</source>
-        <translation type="unfinished"></translation>
+        <translation>eine Zeichenkette</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.array">
         <source>an array</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Array</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.object">
         <source>an object</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Objekt</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.boolean">
         <source>a boolean</source>
-        <translation type="unfinished"></translation>
+        <translation>ein Wahrheitswert</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.null">
         <source>null</source>
-        <translation type="unfinished"></translation>
+        <translation>null</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.number">
         <source>a number</source>
-        <translation type="unfinished"></translation>
+        <translation>eine Zahl</translation>
     </message>
     <message id="corvane.JSONDecoderError.corrupted.utf8">
         <source>the text is not valid UTF-8</source>
-        <translation type="unfinished"></translation>
+        <translation>der Text ist kein gültiges UTF-8</translation>
     </message>
     <message id="corvane.JSONDecoderError.corrupted.depth">
         <source>arrays and objects are nested more than 1024 levels deep</source>
-        <translation type="unfinished"></translation>
+        <translation>Arrays und Objekte sind tiefer als 1024 Ebenen verschachtelt</translation>
     </message>
     <message id="corvane.JSONDecoderError.corrupted.empty">
         <source>the document is empty</source>
-        <translation type="unfinished"></translation>
+        <translation>das Dokument ist leer</translation>
+    </message>
+    <message id="corvane.remote-themes.linked-file">
+        <source>The theme file &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation>Die Theme-Datei „%@“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
+    </message>
+    <message id="corvane.remote-themes.linked-directory">
+        <source>The theme directory &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation>Das Theme-Verzeichnis „%@“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
+    </message>
+    <message id="corvane.remote-themes.irregular-file">
+        <source>The theme file &apos;%@&apos; is not a regular file.</source>
+        <translation>Die Theme-Datei „%@“ ist keine normale Datei.</translation>
+    </message>
+    <message id="corvane.file-manager.trash-failed">
+        <source>Could not move &apos;%@&apos; to the Trash: %@</source>
+        <translation>„%@“ konnte nicht in den Papierkorb verschoben werden: %@</translation>
+    </message>
+    <message id="corvane.file-manager.dangling-link">
+        <source>It is a symbolic link to something that doesn&apos;t exist.</source>
+        <translation>Es ist ein symbolischer Link auf etwas, das nicht existiert.</translation>
+    </message>
+    <message id="corvane.file-manager.trash-refused">
+        <source>The Trash refused it.</source>
+        <translation>Der Papierkorb hat es abgelehnt.</translation>
+    </message>
+    <message id="corvane.file-manager.create-directory-failed">
+        <source>Could not create the directory &apos;%@&apos;: %@</source>
+        <translation>Das Verzeichnis „%@“ konnte nicht angelegt werden: %@</translation>
+    </message>
+    <message id="corvane.file-manager.not-local">
+        <source>It is not a local path.</source>
+        <translation>Es ist kein lokaler Pfad.</translation>
+    </message>
+    <message id="corvane.file-manager.file-in-the-way">
+        <source>A file, not a directory, stands at &apos;%@&apos;.</source>
+        <translation>An der Stelle „%@“ steht eine Datei, kein Verzeichnis.</translation>
+    </message>
+    <message id="corvane.file-manager.copy-failed">
+        <source>Could not copy &apos;%@&apos; to &apos;%@&apos;: %@</source>
+        <translation>„%@“ konnte nicht nach „%@“ kopiert werden: %@</translation>
+    </message>
+    <message id="corvane.file-manager.copy-not-local">
+        <source>Both must be local file paths.</source>
+        <translation>Beide müssen lokale Dateipfade sein.</translation>
+    </message>
+    <message id="corvane.file-manager.source-unreadable">
+        <source>Could not read &apos;%@&apos;: %@</source>
+        <translation>„%@“ konnte nicht gelesen werden: %@</translation>
+    </message>
+    <message id="corvane.file-manager.directory-in-the-way">
+        <source>A directory stands at the destination.</source>
+        <translation>Am Ziel steht ein Verzeichnis.</translation>
+    </message>
+    <message id="corvane.file-manager.no-directory">
+        <source>The directory &apos;%@&apos; doesn&apos;t exist.</source>
+        <translation>Das Verzeichnis „%@“ existiert nicht.</translation>
+    </message>
+    <message id="corvane.all-updated.title">
+        <source>All themes are up to date</source>
+        <translation>Alle Themes sind aktuell</translation>
+    </message>
+    <message id="corvane.all-updated.message">
+        <source>There are no new themes or updates right now.</source>
+        <translation>Zurzeit gibt es keine neuen Themes und keine Aktualisierungen.</translation>
+    </message>
+    <message id="corvane.window.title">
+        <source>Theme Updates</source>
+        <translation>Theme-Aktualisierungen</translation>
+    </message>
+    <message id="corvane.loading.message">
+        <source>Checking for theme updates…</source>
+        <translation>Suche nach Theme-Aktualisierungen …</translation>
+    </message>
+    <message id="corvane.theme.update">
+        <source>Update</source>
+        <extracomment>Update button label</extracomment>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message id="corvane.theme.update.accessible">
+        <source>Update %@</source>
+        <translation>%@ aktualisieren</translation>
+    </message>
+    <message id="corvane.theme.install">
+        <source>Install</source>
+        <extracomment>Install button label</extracomment>
+        <translation>Installieren</translation>
+    </message>
+    <message id="corvane.theme.install.accessible">
+        <source>Install %@</source>
+        <translation>%@ installieren</translation>
+    </message>
+    <message id="corvane.list.update-all">
+        <source>Update All</source>
+        <translation>Alle aktualisieren</translation>
+    </message>
+    <message id="corvane.list.refresh">
+        <source>Refresh</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message id="corvane.list.open-theme-directory">
+        <source>Open Theme Folder</source>
+        <translation>Theme-Ordner öffnen</translation>
+    </message>
+    <message id="corvane.list.accessible-name">
+        <source>Theme updates</source>
+        <translation>Theme-Aktualisierungen</translation>
     </message>
 </context>
 </TS>
