@@ -13,6 +13,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdlib>
 #include <memory>
@@ -109,12 +110,26 @@ void dropPlatformNotices(QtMsgType type, const QMessageLogContext& context, cons
         std::abort();
 }
 
+// The module's catalogue for a language, where an installation keeps it or where the build left it.
+bool installTranslation(const QString& language)
+{
+    auto translator = new QTranslator(qApp);
+    const QStringList folders = {QCoreApplication::applicationDirPath() + QStringLiteral("/../share/corvane/translations"),
+                                 QStringLiteral(CORVANE_TRANSLATIONS_DIR)};
+    for (const QString& folder : folders) {
+        if (translator->load(QStringLiteral("corvane_") + language, folder))
+            return QCoreApplication::installTranslator(translator);
+    }
+    delete translator;
+    return false;
+}
+
 } // namespace
 
 int runShow(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--screenshot FILE]"),
+        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--lang CODE] [--screenshot FILE]"),
         QStringLiteral("Opens the updater window in a minimal host: it synchronises the clone and lists every new "
                        "and updated theme, as a host application's updater does. With --screenshot, renders the "
                        "window off screen once the first refresh has finished, writes it as a PNG and exits; a "
@@ -124,8 +139,15 @@ int runShow(const QStringList& arguments)
                                         QStringLiteral("Write the window to FILE (PNG) and exit."),
                                         QStringLiteral("FILE"));
     commandLine.parser().addOption(screenshot);
+    const QCommandLineOption language(QStringLiteral("lang"),
+                                      QStringLiteral("Show the texts in this language (for example de)."),
+                                      QStringLiteral("CODE"));
+    commandLine.parser().addOption(language);
     if (auto status = commandLine.parse(arguments))
         return *status;
+    if (commandLine.parser().isSet(language) && !installTranslation(commandLine.parser().value(language)))
+        return commandLine.usageError(
+            QStringLiteral("no translation for '%1'").arg(commandLine.parser().value(language)));
     qInstallMessageHandler(dropPlatformNotices);
 
     // A screenshot shows the window at its designed size, whatever a person did with it before.
