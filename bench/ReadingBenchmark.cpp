@@ -20,6 +20,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -180,7 +182,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times[run.run_name.function_name] = run.GetAdjustedRealTime();
+                m_times[run.run_name.function_name] = {run.GetAdjustedRealTime(), run.GetAdjustedCPUTime()};
         }
     }
 
@@ -189,12 +191,15 @@ public:
         ConsoleReporter::Finalize();
         const auto floor = m_times.find("ReadFileBytes");
         const auto reading = m_times.find("ReadThemes");
-        if (floor != m_times.end() && reading != m_times.end() && floor->second > 0)
-            std::printf("ReadThemes / ReadFileBytes = %.2f (target: at most 1.30)\n", reading->second / floor->second);
+        if (floor == m_times.end() || reading == m_times.end() || floor->second.first <= 0 || floor->second.second <= 0)
+            return;
+        // CPU time is the steadier figure on a shared machine; both are printed.
+        std::printf("ReadThemes / ReadFileBytes: %.2f in real time, %.2f in CPU time (target: at most 1.30)\n",
+                    reading->second.first / floor->second.first, reading->second.second / floor->second.second);
     }
 
 private:
-    std::map<std::string, double> m_times;
+    std::map<std::string, std::pair<double, double>> m_times; // real, CPU
 };
 
 } // namespace
