@@ -3,7 +3,15 @@
 #include "Corvane/module/Localized.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <memory>
+#include <string_view>
 
 namespace corvane {
 
@@ -46,22 +54,39 @@ std::optional<TextError> UntrustedThemeFiles::refusal(const QString& cloneDirect
     if (!themes.isDir())
         return std::nullopt; // the reader names a missing directory in its own words
 
-    // Shallow, links not followed; System brings FIFOs, sockets, devices and dangling links along. When
-    // several entries are refused, the first by name is reported, whatever order the listing has.
-    const QFileInfoList entries = QDir(themesDirectory)
-                                      .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System
-                                                         | QDir::NoDotAndDotDot,
-                                                     QDir::NoSort);
-    const QFileInfo* first = nullptr;
-    for (const QFileInfo& entry : entries) {
-        if (!entry.fileName().endsWith(QLatin1StringView(".theme.json")))
+    // Shallow, links not followed. The directory entries' own types answer for almost every file, so the
+    // check costs one pass over the directory and no system call per theme file. When several entries
+    // are refused, the first by name is reported, whatever order the listing has.
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(QFile::encodeName(themesDirectory).constData()),
+                                                        closedir);
+    if (!directory)
+        return std::nullopt; // the reader reports a directory it cannot list in its own words
+    const int directoryDescriptor = dirfd(directory.get());
+    QByteArray firstRefused;
+    bool firstIsLink = false;
+    while (const dirent* entry = readdir(directory.get())) {
+        const std::string_view name(entry->d_name);
+        if (!name.ends_with(".theme.json"))
             continue;
-        const bool refused = entry.isSymLink() || (!entry.isDir() && !entry.isFile());
-        if (refused && (!first || entry.fileName() < first->fileName()))
-            first = &entry;
+        unsigned char type = entry->d_type;
+        if (type == DT_UNKNOWN) {
+            struct stat status;
+            if (fstatat(directoryDescriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+                continue; // gone since the listing: nothing to read, nothing to refuse
+            type = S_ISLNK(status.st_mode) ? DT_LNK : S_ISREG(status.st_mode) ? DT_REG : S_ISDIR(status.st_mode) ? DT_DIR : DT_FIFO;
+        }
+        if (type == DT_REG || type == DT_DIR)
+            continue;
+        const QByteArray refused(entry->d_name, qsizetype(name.size()));
+        if (firstRefused.isEmpty() || QFile::decodeName(refused) < QFile::decodeName(firstRefused)) {
+            firstRefused = refused;
+            firstIsLink = type == DT_LNK;
+        }
     }
-    if (first)
-        return TextError{first->isSymLink() ? linkedFileText(first->filePath()) : irregularFileText(first->filePath())};
+    if (!firstRefused.isEmpty()) {
+        const QString path = QDir(themesDirectory).filePath(QFile::decodeName(firstRefused));
+        return TextError{firstIsLink ? linkedFileText(path) : irregularFileText(path)};
+    }
     return std::nullopt;
 }
 
