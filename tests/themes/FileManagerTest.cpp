@@ -384,11 +384,6 @@ private slots:
         QVERIFY(!deleted);
         QCOMPARE(errorText(deleted), QStringLiteral("Could not move '%1' to the Trash: The file doesn't exist.").arg(path));
     }
-
-    void sharedInstanceIsOne()
-    {
-        QCOMPARE(FileManager::shared().get(), FileManager::shared().get());
-    }
 };
 
 QTEST_GUILESS_MAIN(FileManagerTest)

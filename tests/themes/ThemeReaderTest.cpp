@@ -254,20 +254,15 @@ private slots:
                            : decodingFailedText(nameless.toLocalFile(), "No value associated with key \"name\"."));
     }
 
-    // Hostile or broken input in a theme directory: each row prepares one file named
-    // "x.theme.json" and gives the inner text its failure must end with (empty: it reads fine).
+    // Hostile or broken files in a theme directory (faults inside the JSON are the decoding test's):
+    // each row prepares one file named "x.theme.json" and gives the inner text its failure must end
+    // with (empty: it reads fine).
     void failsClearlyOnBadInput_data()
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("whileReading"); // else while decoding
         QTest::addColumn<QString>("inner");
 
-        QTest::newRow("invalid UTF-8") << "invalid-utf8" << false
-                                       << "The data couldn't be read because it isn't valid JSON (the text is not valid UTF-8).";
-        QTest::newRow("binary garbage") << "garbage" << false << "";
-        QTest::newRow("nested 100,000 deep")
-            << "deep" << false
-            << "The data couldn't be read because it isn't valid JSON (arrays and objects are nested more than 1024 levels deep).";
         QTest::newRow("empty file") << "empty" << false
                                     << "The data couldn't be read because it isn't valid JSON (the document is empty).";
         QTest::newRow("sparse 1 GB file") << "sparse" << true
@@ -292,16 +287,7 @@ private slots:
         QTemporaryDir directory;
         const QString path = directory.filePath("x.theme.json");
         const QByteArray encoded = QFile::encodeName(path);
-        if (kind == u"invalid-utf8") {
-            writeFile(directory.path(), "x.theme.json", "{\"name\": \"Caf\xC3\x28\", \"style\": \"dark\", \"author\": [], \"version\": \"1\"}");
-        } else if (kind == u"garbage") {
-            QByteArray bytes;
-            for (int index = 0; index < 4096; ++index)
-                bytes += char((index * 7919 + 13) % 256);
-            writeFile(directory.path(), "x.theme.json", bytes);
-        } else if (kind == u"deep") {
-            writeFile(directory.path(), "x.theme.json", QByteArray(100000, '[') + QByteArray(100000, ']'));
-        } else if (kind == u"empty") {
+        if (kind == u"empty") {
             writeFile(directory.path(), "x.theme.json", {});
         } else if (kind == u"sparse" || kind == u"over-limit" || kind == u"at-limit") {
             QByteArray json = themeJson("Big", "dark", {}, "1");
@@ -335,13 +321,6 @@ private slots:
         }
 
         const auto themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        if (kind == u"garbage") {
-            QVERIFY(!themes);
-            QVERIFY2(themes.error().errorDescription().startsWith(
-                         decodingFailedText(path, "The data couldn't be read because it isn't valid JSON (")),
-                     qPrintable(themes.error().errorDescription()));
-            return;
-        }
         if (inner.isEmpty()) {
             QVERIFY2(themes, themes ? "" : qPrintable(themes.error().errorDescription()));
             QCOMPARE(themes->size(), 1);
