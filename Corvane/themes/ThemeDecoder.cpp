@@ -5,6 +5,10 @@
 
 namespace corvane {
 
+namespace {
+constexpr std::size_t retainedBufferSize = 256 * 1024;
+} // namespace
+
 ThemeDecoder::ThemeDecoder() = default;
 ThemeDecoder::~ThemeDecoder() = default;
 
@@ -29,6 +33,11 @@ Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file, con
     if (!m_parser)
         m_parser = std::make_unique<ThemeJsonParser>();
     auto theme = m_parser->decodePadded(m_buffer.get(), *length);
+    // Theme files are a few kilobytes; the buffer of a rare large one is not kept.
+    if (m_capacity > retainedBufferSize) {
+        m_buffer.reset();
+        m_capacity = 0;
+    }
     if (!theme)
         return std::unexpected(JSONDecodingError(JSONDecodingError::JSONDecodingFailed{file, std::move(theme.error())}));
     return std::move(*theme);

@@ -172,6 +172,14 @@ Result<Theme, AnyError> ThemeJsonParser::decodePadded(const char* data, std::siz
 
 Result<Theme, AnyError> ThemeJsonParser::decode(const char* data, std::size_t length, bool copy)
 {
+    auto theme = decodeDocument(data, length, copy);
+    if (length > retainedDocumentSize)
+        m_parser.reset();
+    return theme;
+}
+
+Result<Theme, AnyError> ThemeJsonParser::decodeDocument(const char* data, std::size_t length, bool copy)
+{
     // Editors on some systems start UTF-8 files with a byte order mark; it is not part of the JSON.
     if (length >= 3 && std::memcmp(data, "\xEF\xBB\xBF", 3) == 0) {
         data += 3;

@@ -32,7 +32,12 @@ public:
     Result<Theme, AnyError> decodePadded(const char* data, std::size_t length);
 
 private:
+    // Documents up to this size keep the parser's buffers for the next one; a larger (rare, possibly
+    // hostile) one releases them, so a reader does not hold tens of megabytes for its whole life.
+    static constexpr std::size_t retainedDocumentSize = 256 * 1024;
+
     Result<Theme, AnyError> decode(const char* data, std::size_t length, bool copy);
+    Result<Theme, AnyError> decodeDocument(const char* data, std::size_t length, bool copy);
 
     struct Parser;
     std::unique_ptr<Parser> m_parser;
