@@ -20,11 +20,17 @@ public:
     // The process-wide instance every collaborator is handed.
     static std::shared_ptr<FileManager> shared();
 
+    // The entries that are not directories, hidden ones included, in the order the directory lists
+    // them. An entry is judged by what it is itself: a symbolic link is listed even when it leads to
+    // a directory (reading it as a theme then fails, naming the file), and a link to the directory
+    // itself may be given.
     Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl& directory) const override;
+    // Creates the directory and its missing parents; a file standing in the way fails, naming it.
     Result<void, AnyError> createDirectoryIfNeeded(const QUrl& directory) const override;
     // Crash-safe replace: the source goes to a temporary file beside the destination first, then the
     // old file goes to the Trash, then the temporary file is renamed into place. Creates no directory.
     Result<void, AnyError> copy(const CopyCommand& command) const override;
+    // Moves a file or a whole directory to the Trash.
     Result<void, AnyError> deleteItem(const QUrl& url) const override;
 };
 
