@@ -15,9 +15,9 @@ struct IdentifierRef {
 
 // Qt's keyed hash of the composed name and style: theme names come from a repository we do not
 // control, and an unkeyed hash would let crafted names collide and turn the index back into a scan.
-std::size_t qHash(const IdentifierRef& key, std::size_t seed) noexcept
+std::size_t qHash(const IdentifierRef& key, std::size_t hashSeed) noexcept
 {
-    return qHash(*key.identifier, seed);
+    return qHash(*key.identifier, hashSeed);
 }
 
 // The first installed theme of every identifier. Matching means "scan the installed list from its

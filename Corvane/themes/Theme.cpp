@@ -21,9 +21,9 @@ bool Theme::operator==(const Theme& other) const
            });
 }
 
-std::size_t qHash(const Theme::Identifier& identifier, std::size_t seed) noexcept
+std::size_t qHash(const Theme::Identifier& identifier, std::size_t hashSeed) noexcept
 {
-    return qHashMulti(seed, identifier.canonicalName(), static_cast<int>(identifier.style()));
+    return qHashMulti(hashSeed, identifier.canonicalName(), static_cast<int>(identifier.style()));
 }
 
 } // namespace corvane

@@ -45,6 +45,6 @@ struct Theme {
 };
 
 // Hashing that agrees with identifier equality, for indexes over installed themes.
-std::size_t qHash(const Theme::Identifier& identifier, std::size_t seed = 0) noexcept;
+std::size_t qHash(const Theme::Identifier& identifier, std::size_t hashSeed = 0) noexcept;
 
 } // namespace corvane
