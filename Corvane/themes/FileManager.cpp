@@ -5,7 +5,9 @@
 #include "Corvane/module/TextError.h"
 #include "Corvane/themes/RegularFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -89,12 +91,41 @@ QString trashFailure(const QString& path, const QString& reason)
     return fillPlaceholders(format, {path, reason});
 }
 
+// Whether a path names an item inside a freedesktop Trash: <trash>/files/<name>, where the Trash is a
+// "Trash" directory, ".Trash/<uid>" or ".Trash-<uid>".
+bool isInATrash(const QString& trashedPath)
+{
+    const QFileInfo trashed(trashedPath);
+    if (!trashed.isAbsolute())
+        return false;
+    const QDir files = trashed.dir();
+    if (files.dirName() != QLatin1StringView("files"))
+        return false;
+    const QString trash = QFileInfo(files.absolutePath()).dir().dirName();
+    const QString above = QFileInfo(QFileInfo(files.absolutePath()).absolutePath()).dir().dirName();
+    return trash == QLatin1StringView("Trash") || trash.startsWith(QLatin1StringView(".Trash-"))
+        || above == QLatin1StringView(".Trash");
+}
+
 // Moves one item to the Trash; empty on success, else the reason.
 QString moveToTrash(const QString& path)
 {
     QFile item(path);
-    if (item.moveToTrash())
-        return {};
+    if (item.moveToTrash()) {
+        if (isInATrash(item.fileName()))
+            return {};
+        // When it cannot make the user's Trash, Qt takes the working directory for one: the item must
+        // not stay in such a surprising place, so it goes back and the Trash counts as refusing it.
+        const QString stray = item.fileName();
+        if (::rename(QFile::encodeName(stray).constData(), QFile::encodeName(path).constData()) == 0) {
+            const QFileInfo strayFile(stray);
+            QFile::remove(strayFile.dir().filePath(QStringLiteral("../info/%1.trashinfo").arg(strayFile.fileName())));
+            QDir(strayFile.dir()).rmdir(QStringLiteral("../info"));
+            QDir().rmdir(strayFile.path());
+        }
+        //% "The Trash refused it."
+        return localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
+    }
     const QByteArray encoded = QFile::encodeName(path);
     struct stat status;
     if (::lstat(encoded.constData(), &status) != 0)
