@@ -1,7 +1,7 @@
 #include "Corvane/module/CorvaneModule.h"
+#include "Corvane/sources/SynchronizedRepository.h"
 
 #include "GitRepositoryFixture.h"
-#include "ThemeFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -9,44 +9,24 @@
 #include <QTest>
 #include <QThread>
 
+#include <thread>
+
 using namespace corvane;
 using namespace corvane::test;
 
+Q_DECLARE_METATYPE(std::optional<QString>)
+
 namespace {
-
-// What one hasUpdates call delivered, and how.
-struct Delivery {
-    int calls = 0;
-    bool onMainThread = true;
-    bool duringTheCall = false;
-    std::optional<ThemeRepositoryStatus> status;
-};
-
-// Calls hasUpdates and waits (running the event loop) for the callback, then a little longer, so a
-// second call of the callback would be seen.
-Delivery check(const CorvaneModule& module, const std::optional<QString>& sinceCommit)
-{
-    auto delivery = std::make_shared<Delivery>();
-    auto inCall = std::make_shared<bool>(true);
-    module.hasUpdates(sinceCommit, [delivery, inCall](ThemeRepositoryStatus status) {
-        ++delivery->calls;
-        delivery->onMainThread = delivery->onMainThread && QThread::currentThread() == qApp->thread();
-        delivery->duringTheCall = delivery->duringTheCall || *inCall;
-        delivery->status = std::move(status);
-    });
-    *inCall = false;
-    (void)QTest::qWaitFor([&] { return delivery->calls > 0; }, 60000);
-    QTest::qWait(50);
-    return *delivery;
-}
 
 QString describe(const ThemeRepositoryStatus& status)
 {
     if (const auto* update = std::get_if<UpdateAvailable>(&status))
-        return QStringLiteral("update-available ") + update->commit;
-    if (const auto* failure = std::get_if<RepositoryCheckFailure>(&status))
-        return QStringLiteral("failure: ") + failure->error.errorDescription();
-    return QStringLiteral("up-to-date");
+        return "update-available " + update->commit;
+    if (const auto* failure = std::get_if<RepositoryCheckFailure>(&status)) { // git's own error, unchanged
+        const GitError& error = failure->error;
+        return error.code() < 0 && error.errorDescription() == error.message() ? "failure" : "failure: " + error.errorDescription();
+    }
+    return "up-to-date";
 }
 
 } // namespace
@@ -54,112 +34,69 @@ QString describe(const ThemeRepositoryStatus& status)
 class RepositoryCheckTest : public QObject {
     Q_OBJECT
 
+    QTemporaryDir m_root;
+    std::optional<GitRepositoryFixture> m_remote;
+    QString m_previous, m_head;
+
 private slots:
-    void comparesWithTheRememberedCommit_data()
+    void initTestCase()
     {
-        QTest::addColumn<QString>("since"); // "HEAD" and "PREVIOUS" stand for the remote's two commits
-        QTest::addColumn<bool>("absent");
-        QTest::addColumn<bool>("upToDate");
-
-        QTest::newRow("absent") << QString() << true << false;
-        QTest::newRow("the head commit") << "HEAD" << false << true;
-        QTest::newRow("the head commit in capitals") << "HEAD upper" << false << true;
-        QTest::newRow("empty") << "" << false << false;
-        QTest::newRow("not hexadecimal") << "not a commit id at all, forty letters..." << false << false;
-        QTest::newRow("abbreviated head") << "HEAD prefix" << false << false;
-        QTest::newRow("head with a trailing newline") << "HEAD newline" << false << false;
-        QTest::newRow("the commit before") << "PREVIOUS" << false << false;
+        m_remote.emplace(m_root.filePath("remote"));
+        m_previous = m_remote->commitAll("one");
+        m_head = m_remote->commitAll("two");
     }
 
-    void comparesWithTheRememberedCommit()
+    void answersOnceOnTheMainThreadAfterTheCall_data()
     {
-        QFETCH(QString, since);
-        QFETCH(bool, absent);
-        QFETCH(bool, upToDate);
+        QTest::addColumn<std::optional<QString>>("sinceCommit");
+        QTest::addColumn<bool>("fromAnotherThread");
+        QTest::addColumn<QString>("expected");
 
-        QTemporaryDir root;
-        GitRepositoryFixture remote(root.filePath(QStringLiteral("remote")));
-        writeTheme(remote.themesDirectory(), QStringLiteral("a.theme.json"), QStringLiteral("A"), QStringLiteral("dark"), {}, QStringLiteral("1"));
-        const QString previous = remote.commitAll(QStringLiteral("one"));
-        writeTheme(remote.themesDirectory(), QStringLiteral("b.theme.json"), QStringLiteral("B"), QStringLiteral("dark"), {}, QStringLiteral("1"));
-        const QString head = remote.commitAll(QStringLiteral("two"));
+        const QString update = "update-available " + m_head;
+        QTest::newRow("absent") << std::optional<QString>() << false << update;
+        QTest::newRow("the head") << std::optional(m_head) << false << "up-to-date";
+        QTest::newRow("the head, asked from another thread") << std::optional(m_head) << true << "up-to-date";
+        QTest::newRow("the head in capitals") << std::optional(m_head.toUpper()) << false << "up-to-date";
+        QTest::newRow("empty") << std::optional(QString("")) << false << update;
+        QTest::newRow("not hexadecimal") << std::optional(QString(40, 'g')) << false << update;
+        QTest::newRow("prefix of the head") << std::optional(m_head.left(7)) << false << update;
+        QTest::newRow("the head and a newline") << std::optional(m_head + '\n') << false << update;
+        QTest::newRow("the commit before") << std::optional(m_previous) << false << update;
+        QTest::newRow("remote gone, a good clone present") << std::optional(m_head) << false << "failure";
+    }
 
-        QString sinceCommit = since;
-        if (since.startsWith(u"HEAD")) {
-            sinceCommit = since.endsWith(u"upper") ? head.toUpper()
-                : since.endsWith(u"prefix")        ? head.left(7)
-                : since.endsWith(u"newline")       ? head + u'\n'
-                                                   : head;
-        } else if (since == u"PREVIOUS") {
-            sinceCommit = previous;
+    void answersOnceOnTheMainThreadAfterTheCall()
+    {
+        QFETCH(std::optional<QString>, sinceCommit);
+        QFETCH(bool, fromAnotherThread);
+        QFETCH(QString, expected);
+        const QString clone = m_root.filePath(QString("clone %1").arg(QTest::currentDataTag()));
+        const CorvaneModule module(Configuration(m_remote->fileUrl(), QUrl::fromLocalFile(clone), QUrl()));
+        if (expected == "failure") {
+            QVERIFY(SynchronizedRepository(QUrl::fromLocalFile(clone), m_remote->fileUrl()).synchronize());
+            QVERIFY(QDir(m_root.path()).rename("remote", "gone"));
         }
 
-        const CorvaneModule module(Configuration(remote.fileUrl(), QUrl::fromLocalFile(root.filePath(QStringLiteral("clone"))),
-                                                 QUrl::fromLocalFile(root.filePath(QStringLiteral("installed")))));
-        const Delivery delivery = check(module, absent ? std::nullopt : std::optional(sinceCommit));
-
-        QCOMPARE(delivery.calls, 1);
-        QVERIFY(delivery.onMainThread);
-        QVERIFY(!delivery.duringTheCall);
-        const ThemeRepositoryStatus expected = upToDate ? ThemeRepositoryStatus(UpToDate{}) : UpdateAvailable{head};
-        QCOMPARE(describe(*delivery.status), describe(expected));
-        // The check leaves the clone synchronised, whatever it reports.
-        QCOMPARE(runGit(root.filePath(QStringLiteral("clone")), {QStringLiteral("rev-parse"), QStringLiteral("HEAD")}), head);
-    }
-
-    // No offline fallback: with a good clone, an unreachable remote is a failure, delivered like any
-    // other status.
-    void unreachableRemoteFails()
-    {
-        QTemporaryDir root;
-        GitRepositoryFixture remote(root.filePath(QStringLiteral("remote")));
-        const QString head = remote.commitAll(QStringLiteral("one"));
-        const QUrl clone = QUrl::fromLocalFile(root.filePath(QStringLiteral("clone")));
-        QCOMPARE(describe(*check(CorvaneModule(Configuration(remote.fileUrl(), clone, QUrl())), head).status),
-                 QStringLiteral("up-to-date"));
-        QVERIFY(QDir(root.path()).rename(QStringLiteral("remote"), QStringLiteral("gone")));
-
-        const Delivery delivery = check(CorvaneModule(Configuration(remote.fileUrl(), clone, QUrl())), head);
-        QCOMPARE(delivery.calls, 1);
-        QVERIFY(delivery.onMainThread);
-        QVERIFY(!delivery.duringTheCall);
-        const auto* failure = std::get_if<RepositoryCheckFailure>(&*delivery.status);
-        QVERIFY2(failure, qPrintable(describe(*delivery.status)));
-        QVERIFY(failure->error.code() < 0);
-        QCOMPARE(failure->error.errorDescription(), failure->error.message());
-        QVERIFY(!failure->error.message().isEmpty());
-    }
-
-    // Checks started from other threads still answer on the main thread, each exactly once.
-    void checksFromAnyThreadAnswerOnTheMainThread()
-    {
-        QTemporaryDir root;
-        GitRepositoryFixture remote(root.filePath(QStringLiteral("remote")));
-        const QString head = remote.commitAll(QStringLiteral("one"));
-        const CorvaneModule module(Configuration(remote.fileUrl(), QUrl::fromLocalFile(root.filePath(QStringLiteral("clone"))), QUrl()));
-
-        constexpr int checks = 4;
-        std::atomic<int> answers{0};
-        std::atomic<int> offMainThread{0};
-        std::atomic<int> notUpToDate{0};
-        std::vector<std::unique_ptr<QThread>> callers;
-        for (int index = 0; index < checks; ++index) {
-            callers.emplace_back(QThread::create([&] {
-                module.hasUpdates(head, [&](ThemeRepositoryStatus status) {
-                    ++answers;
-                    offMainThread += QThread::currentThread() != qApp->thread();
-                    notUpToDate += !std::holds_alternative<UpToDate>(status);
-                });
-            }));
-            callers.back()->start();
-        }
-        for (auto& caller : callers)
-            caller->wait();
-        QTRY_COMPARE_WITH_TIMEOUT(answers.load(), checks, 60000);
+        // Each answer adds to the text, and says where and when it came.
+        const auto answers = std::make_shared<QString>();
+        const auto inCall = std::make_shared<bool>(true);
+        const auto ask = [&] {
+            module.hasUpdates(sinceCommit, [answers, inCall](const ThemeRepositoryStatus& status) {
+                *answers += describe(status) + (QThread::currentThread() != qApp->thread() ? " off the main thread" : "")
+                    + (*inCall ? " within the call" : "");
+            });
+        };
+        if (fromAnotherThread)
+            std::thread(ask).join();
+        else
+            ask();
+        *inCall = false;
+        QTRY_VERIFY_WITH_TIMEOUT(!answers->isEmpty(), 60000);
         QTest::qWait(50);
-        QCOMPARE(answers.load(), checks);
-        QCOMPARE(offMainThread.load(), 0);
-        QCOMPARE(notUpToDate.load(), 0);
+        if (expected == "failure")
+            QVERIFY(QDir(m_root.path()).rename("gone", "remote"));
+        QCOMPARE(*answers, expected);
+        QCOMPARE(runGit(clone, {"rev-parse", "HEAD"}), m_head); // synchronised, whatever it reports
     }
 };
 

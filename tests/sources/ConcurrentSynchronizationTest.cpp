@@ -6,32 +6,10 @@
 #include <QProcess>
 #include <QTest>
 
-#include <atomic>
-#include <thread>
-#include <vector>
+#include <future>
 
 using namespace corvane;
 using namespace corvane::test;
-
-namespace {
-
-struct Outcome {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Outcome runTool(const QStringList& arguments)
-{
-    QProcess tool;
-    tool.start(QStringLiteral(CORVANE_TOOL_PATH), arguments);
-    if (!tool.waitForFinished(60000))
-        return {};
-    return {tool.exitStatus() == QProcess::NormalExit ? tool.exitCode() : -1,
-            QString::fromUtf8(tool.readAllStandardOutput()), QString::fromUtf8(tool.readAllStandardError())};
-}
-
-} // namespace
 
 class ConcurrentSynchronizationTest : public QObject {
     Q_OBJECT
@@ -39,100 +17,70 @@ class ConcurrentSynchronizationTest : public QObject {
 private slots:
     void checkCommand_data()
     {
-        QTest::addColumn<QString>("situation");
+        QTest::addColumn<QString>("arguments"); // REMOTE, CLONE, HEAD: the scene's remote, clone and head
         QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("out"); // "HEAD" stands for the remote's head commit
+        QTest::addColumn<QString>("out");
 
-        QTest::newRow("no commit remembered") << "no since" << 0 << "update-available HEAD\n";
-        QTest::newRow("remembered the head") << "since head" << 0 << "up-to-date\n";
-        QTest::newRow("remembered an abbreviation") << "since prefix" << 0 << "update-available HEAD\n";
-        QTest::newRow("remote gone") << "remote gone" << 1 << "";
-        QTest::newRow("no clone directory given") << "no clone" << 2 << "";
+        QTest::newRow("no commit remembered") << "--remote REMOTE --clone CLONE" << 0 << "update-available HEAD\n";
+        QTest::newRow("remembered the head") << "--remote REMOTE --clone CLONE --since HEAD" << 0 << "up-to-date\n";
+        QTest::newRow("remote missing") << "--remote file:///nonexistent --clone CLONE" << 1 << "";
+        QTest::newRow("no clone directory given") << "--remote REMOTE" << 2 << "";
     }
 
     void checkCommand()
     {
-        QFETCH(QString, situation);
+        QFETCH(QString, arguments);
         QFETCH(int, exitCode);
         QFETCH(QString, out);
         ThemeRepositoryScene scene;
-        const QString head = scene.remote().headCommit();
-        QStringList arguments{QStringLiteral("check"), QStringLiteral("--remote"), scene.remoteUrl().toString()};
-        if (situation != u"no clone")
-            arguments << QStringLiteral("--clone") << scene.clonePath();
-        if (situation == u"since head")
-            arguments << QStringLiteral("--since") << head;
-        if (situation == u"since prefix")
-            arguments << QStringLiteral("--since") << head.left(12);
-        if (situation == u"remote gone")
-            scene.takeRemoteAway();
-
-        const Outcome outcome = runTool(arguments);
-        QCOMPARE(outcome.exitCode, exitCode);
-        QCOMPARE(outcome.out, QString(out).replace(QStringLiteral("HEAD"), head));
-        QCOMPARE(outcome.err.isEmpty(), exitCode == 0);
-        if (exitCode == 2)
-            QVERIFY(outcome.err.startsWith(QStringLiteral("usage: corvane check")));
+        const QString head = scene.remote.headCommit();
+        QProcess tool;
+        tool.start(CORVANE_TOOL_PATH, ("check " + arguments).split(' ').replaceInStrings("REMOTE", scene.remoteUrl().toString())
+                                          .replaceInStrings("CLONE", scene.clonePath()).replaceInStrings("HEAD", head));
+        QVERIFY(tool.waitForFinished(60000));
+        QCOMPARE(tool.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(tool.exitCode(), exitCode);
+        QCOMPARE(QString::fromUtf8(tool.readAllStandardOutput()), out.replace("HEAD", head));
+        const QString err = QString::fromUtf8(tool.readAllStandardError());
+        QCOMPARE(err.isEmpty(), exitCode == 0);
+        QVERIFY(exitCode != 2 || err.startsWith("usage: corvane check"));
     }
 
-    // Repository checks and synchronisations of one clone, at once, from threads of this process and
-    // from other processes: libgit2 locks nothing itself, so without the clone's lock some of them fail
-    // on the index or reference lock files.
+    // Checks and synchronisations of one clone at once, from threads and from other processes. libgit2
+    // locks nothing itself: without the clone's lock some of them fail on git's own lock files.
     void checksAndSynchronisationsOfOneCloneAtOnce()
     {
         ThemeRepositoryScene scene;
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         QVERIFY(synchronizedRepository.synchronize());
         const Configuration configuration(scene.remoteUrl(), scene.cloneUrl(), QUrl());
-
-        constexpr int rounds = 30;
-        constexpr int processes = 3;
-        constexpr int threads = 3;
         QStringList failures;
-        for (int round = 0; round < rounds; ++round) {
-            const QString head = scene.commitTheme(QStringLiteral("Round %1.theme.json").arg(round),
-                                                   QStringLiteral("Round %1").arg(round), QStringLiteral("1.0.0"));
-            std::vector<std::unique_ptr<QProcess>> tools;
-            for (int index = 0; index < processes; ++index) {
-                auto tool = std::make_unique<QProcess>();
-                tool->start(QStringLiteral(CORVANE_TOOL_PATH),
-                            {QStringLiteral("check"), QStringLiteral("--remote"), scene.remoteUrl().toString(),
-                             QStringLiteral("--clone"), scene.clonePath(), QStringLiteral("--since"), head});
-                tools.push_back(std::move(tool));
+        for (int round = 0; round < 30; ++round) {
+            const QString head = scene.commitTheme(QString("Round %1").arg(round));
+            QProcess tools[3];
+            for (QProcess& tool : tools) {
+                tool.start(CORVANE_TOOL_PATH, {"check", "--remote", scene.remoteUrl().toString(), "--clone", scene.clonePath(),
+                                               "--since", head});
             }
-            std::atomic<int> threadFailures{0};
-            std::vector<std::thread> workers;
-            for (int index = 0; index < threads; ++index) {
-                workers.emplace_back([&, index] {
-                    if (index == 0) {
-                        if (!std::holds_alternative<UpToDate>(CorvaneService(configuration).repositoryStatus(head)))
-                            ++threadFailures;
-                        return;
-                    }
-                    const auto repository = synchronizedRepository.synchronize();
-                    if (!repository || repository->HEAD()->oid().description() != head)
-                        ++threadFailures;
-                });
+            const auto synchronize = [&] {
+                const auto repository = synchronizedRepository.synchronize();
+                return repository && repository->HEAD()->oid().description() == head;
+            };
+            auto first = std::async(std::launch::async, synchronize), second = std::async(std::launch::async, synchronize);
+            auto checked = std::async(std::launch::async, [&] {
+                return std::holds_alternative<UpToDate>(CorvaneService(configuration).repositoryStatus(head));
+            });
+            if (!first.get() || !second.get() || !checked.get())
+                failures << QString("round %1: a thread failed").arg(round);
+            for (QProcess& tool : tools) {
+                if (!tool.waitForFinished(60000) || tool.exitCode() != 0 || tool.readAllStandardOutput() != "up-to-date\n")
+                    failures << QString("round %1: corvane check: %2").arg(round).arg(QString(tool.readAllStandardError()));
             }
-            for (std::thread& worker : workers)
-                worker.join();
-            for (const auto& tool : tools) {
-                if (!tool->waitForFinished(60000) || tool->exitCode() != 0
-                    || tool->readAllStandardOutput() != "up-to-date\n")
-                    failures << QStringLiteral("round %1: corvane check: %2").arg(round).arg(QString::fromUtf8(tool->readAllStandardError()));
-            }
-            if (threadFailures)
-                failures << QStringLiteral("round %1: %2 threads failed").arg(round).arg(threadFailures.load());
         }
-        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(u'\n')));
-
-        QProcess fsck;
-        fsck.setWorkingDirectory(scene.clonePath());
-        fsck.start(QStringLiteral("git"), {QStringLiteral("fsck"), QStringLiteral("--full"), QStringLiteral("--strict")});
-        QVERIFY(fsck.waitForFinished(60000));
-        QVERIFY2(fsck.exitCode() == 0, fsck.readAllStandardError().constData());
-        QCOMPARE(scene.cloneRevision(), scene.remote().headCommit());
-        QCOMPARE(runGit(scene.clonePath(), {QStringLiteral("status"), QStringLiteral("--porcelain")}), QString());
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join('\n')));
+        QCOMPARE(runGit(scene.clonePath(), {"fsck", "--full", "--strict", "--no-dangling"}), QString());
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        QCOMPARE(runGit(scene.clonePath(), {"status", "--porcelain"}), QString());
     }
 };
 

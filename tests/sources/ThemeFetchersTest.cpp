@@ -1,30 +1,32 @@
-#include "Corvane/module/TextError.h"
-#include "Corvane/sources/LocalThemeFetcher.h"
-#include "Corvane/sources/RemoteThemeFetchingError.h"
+#include "Corvane/sources/RemoteThemeFetcher.h"
+#include "Corvane/sources/UntrustedThemeFiles.h"
 #include "Corvane/themes/FileManager.h"
 
-#include "ThemeFiles.h"
+#include "ThemeRepositoryScene.h"
 
-#include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
-#include <atomic>
+#include <sys/stat.h>
 
 using namespace corvane;
+using namespace corvane::test;
 
 namespace {
 
-// The shared file manager, counting the listings the reader asks for.
-class CountingLister final : public DirectoryLister {
-public:
-    Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl& directory) const override
-    {
-        ++listings;
-        return FileManager::shared()->filesInDirectory(directory);
-    }
-    mutable std::atomic<int> listings{0};
-};
+RemoteThemeFetcher fetcherFor(const ThemeRepositoryScene& scene)
+{
+    return RemoteThemeFetcher(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()),
+                              std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), FileManager::shared()));
+}
+
+// The names of the themes read, a name marked with "?" when its file lies elsewhere than in directory.
+QStringList namesOf(const QList<RemoteTheme>& themes, const QString& directory)
+{
+    QStringList names;
+    for (const RemoteTheme& theme : themes)
+        names << theme.theme.theme.identifier.name() + (QFileInfo(theme.theme.url.toLocalFile()).path() == directory ? "" : "?");
+    return names;
+}
 
 } // namespace
 
@@ -32,100 +34,107 @@ class ThemeFetchersTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void describesFailuresNested_data()
-    {
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QString>("expected");
-
-        const auto remote = [](auto reason) { return RemoteThemeFetchingError(std::move(reason)).errorDescription(); };
-        const auto local = [](auto reason) { return LocalThemeFetchingError(std::move(reason)).errorDescription(); };
-        const TextError expected{QStringLiteral("Expected directoryURL")};
-
-        QTest::newRow("remote: repository error")
-            << remote(RemoteThemeFetchingError::RepositoryError{GitError(-1, 12, QStringLiteral("early EOF"))})
-            << "Remote theme fetching error: Repository error: early EOF";
-        QTest::newRow("remote: no working directory")
-            << remote(RemoteThemeFetchingError::ThemeDecodingFailed{ThemeDecodingError{expected}})
-            << "Remote theme fetching error: Theme decoding failed: Expected directoryURL";
-        QTest::newRow("remote: placeholders in the git message stay as they are")
-            << remote(RemoteThemeFetchingError::RepositoryError{GitError(-1, 0, QStringLiteral("ref '%@' 100% %1"))})
-            << "Remote theme fetching error: Repository error: ref '%@' 100% %1";
-        QTest::newRow("local: file error")
-            << local(LocalThemeFetchingError::FileError{TextError{QStringLiteral("Permission denied")}})
-            << "Local theme fetching error: File error: Permission denied";
-        QTest::newRow("local: decoding error")
-            << local(LocalThemeFetchingError::DecodingError{ThemeDecodingError{expected}})
-            << "Local theme fetching error: Theme decoding failed: Expected directoryURL";
-    }
-
-    void describesFailuresNested()
-    {
-        QFETCH(QString, description);
-        QFETCH(QString, expected);
-        QCOMPARE(description, expected);
-    }
-
-    void fetchesInstalledThemes_data()
+    void readsTheClonesThemes_data()
     {
         QTest::addColumn<QString>("situation");
-        QTest::addColumn<QStringList>("names");    // the result's theme names, in order
-        QTest::addColumn<QString>("failurePrefix"); // instead, a failure whose text starts so
-        QTest::addColumn<int>("listings");
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QString>("failure"); // else the start of the text; THEMES: the clone's "Themes"
 
-        QTest::newRow("missing, with missing parents: created, empty") << "missing" << QStringList() << QString() << 1;
-        QTest::newRow("empty directory") << "empty" << QStringList() << QString() << 1;
-        QTest::newRow("themes sorted by name") << "themes" << QStringList{"Alpha", "alpha", "beta"} << QString() << 1;
-        QTest::newRow("a file where the directory belongs: reader not called")
-            << "file" << QStringList() << "Local theme fetching error: File error: " << 0;
-        QTest::newRow("a broken theme")
-            << "broken" << QStringList() << "Local theme fetching error: Theme decoding failed: Could not decode JSON, " << 1;
+        QTest::newRow("only Themes itself, sorted by name, names with newlines and percent signs")
+            << "sorted" << QStringList{"Alpha", "Dusk", "Two\nLines %@ 100%", "alpha"} << QString();
+        QTest::newRow("50,000 theme files") << "many" << QStringList() << QString();
+        QTest::newRow("broken file named with a newline and percent signs") << "broken" << QStringList()
+            << "Theme decoding failed: Could not decode JSON, decoding JSON from 'THEMES/100% %@ %1\nbroken.theme.json' failed: ";
+        QTest::newRow("remote gone: the old clone is not offered") << "remote gone" << QStringList() << "Repository error: ";
     }
 
-    void fetchesInstalledThemes()
+    void readsTheClonesThemes()
     {
         QFETCH(QString, situation);
         QFETCH(QStringList, names);
-        QFETCH(QString, failurePrefix);
-        QFETCH(int, listings);
-
-        QTemporaryDir root;
-        QString installed = root.filePath(QStringLiteral("Installed"));
-        if (situation == u"missing") {
-            installed = root.filePath(QStringLiteral("a/b/Installed"));
-        } else if (situation == u"empty") {
-            QDir().mkpath(installed);
-        } else if (situation == u"themes") {
-            test::writeTheme(installed, QStringLiteral("b.theme.json"), QStringLiteral("beta"), QStringLiteral("dark"), {}, QStringLiteral("1"));
-            test::writeTheme(installed, QStringLiteral("a2.theme.json"), QStringLiteral("alpha"), QStringLiteral("dark"), {}, QStringLiteral("1"));
-            test::writeTheme(installed, QStringLiteral("a1.theme.json"), QStringLiteral("Alpha"), QStringLiteral("light"), {}, QStringLiteral("1"));
-            test::writeFile(installed, QStringLiteral("notes.txt"), "not a theme");
-        } else if (situation == u"file") {
-            test::writeFile(root.path(), QStringLiteral("Installed"), "a file");
-        } else if (situation == u"broken") {
-            test::writeFile(installed, QStringLiteral("broken.theme.json"), "{");
+        QFETCH(QString, failure);
+        ThemeRepositoryScene scene;
+        const QString themes = scene.remote.themesDirectory();
+        if (situation == "sorted") {
+            writeTheme(themes, "z.theme.json", "alpha", "dark", {}, "1");
+            writeTheme(themes, "y.theme.json", "Alpha", "light", {}, "1");
+            writeTheme(themes + "/more", "deep.theme.json", "Deep", "dark", {}, "1");
+            writeTheme(scene.remote.path(), "top.theme.json", "Top", "dark", {}, "1");
+            writeTheme(themes, "two\nlines.theme.json", "Two\nLines %@ 100%", "dark", {}, "1");
+        } else if (situation == "many") {
+            // File names in another order than the theme names: the order must come from sorting.
+            names << "Dusk";
+            for (int index = 0; index < 50'000; ++index) {
+                names << QString("Theme %1").arg(index, 5, 10, QChar('0'));
+                writeFile(themes, QString("%1.theme.json").arg(index * 7919 % 50'000), themeJson(names.last(), "dark", {}, "1"));
+            }
+        } else if (situation == "broken") {
+            writeFile(themes, "100% %@ %1\nbroken.theme.json", "{ not json");
         }
+        scene.remote.commitAll("Themes");
 
-        auto lister = std::make_shared<CountingLister>();
-        LocalThemeFetcher fetcher(QUrl::fromLocalFile(installed),
-                                  std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), lister),
-                                  FileManager::shared());
-        const auto themes = fetcher.fetchLocalThemes();
-
-        QCOMPARE(lister->listings.load(), listings);
-        if (!failurePrefix.isEmpty()) {
-            QVERIFY(!themes);
-            QVERIFY2(themes.error().errorDescription().startsWith(failurePrefix),
-                     qPrintable(themes.error().errorDescription()));
+        RemoteThemeFetcher fetcher = fetcherFor(scene);
+        if (situation == "remote gone") {
+            QVERIFY(fetcher.fetchRemoteThemes());
+            scene.moveRemote(true);
+        }
+        const auto fetched = fetcher.fetchRemoteThemes();
+        const QString cloneThemes = scene.clonePath() + "/Themes";
+        if (!failure.isEmpty()) {
+            QVERIFY(!fetched);
+            const QString text = fetched.error().errorDescription();
+            QVERIFY2(text.startsWith("Remote theme fetching error: " + failure.replace("THEMES", cloneThemes)), qPrintable(text));
             return;
         }
-        QVERIFY2(themes, qPrintable(themes ? QString() : themes.error().errorDescription()));
-        QVERIFY(QFileInfo(installed).isDir());
-        QStringList found;
-        for (const LocalTheme& theme : *themes) {
-            found << theme.theme.theme.identifier.name();
-            QCOMPARE(QFileInfo(theme.theme.url.toLocalFile()).path(), installed);
+        QVERIFY2(fetched, qPrintable(fetched ? QString() : fetched.error().errorDescription()));
+        QCOMPARE(namesOf(*fetched, cloneThemes), names);
+    }
+
+    // The repository is untrusted: links and FIFOs among the theme files fail the fetch with a
+    // text naming the entry.
+    void refusesLinksAndFifos_data()
+    {
+        QTest::addColumn<bool>("committed"); // or placed into a good clone
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("target"); // OUTSIDE: a directory beside the clone; empty: a FIFO
+
+        QTest::newRow("committed link to /etc/passwd") << true << "Themes/evil.theme.json" << "/etc/passwd";
+        QTest::newRow("committed link to a directory outside") << true << "Themes/out.theme.json" << "OUTSIDE";
+        QTest::newRow("committed Themes that is a link") << true << "Themes" << "OUTSIDE";
+        QTest::newRow("link placed into the clone") << false << "Themes/placed.theme.json" << "OUTSIDE/Secret.theme.json";
+        QTest::newRow("FIFO placed into the clone") << false << "Themes/pipe.theme.json" << "";
+    }
+
+    void refusesLinksAndFifos()
+    {
+        QFETCH(bool, committed);
+        QFETCH(QString, entry);
+        QFETCH(QString, target);
+        ThemeRepositoryScene scene;
+        writeTheme(scene.root.filePath("OUTSIDE"), "Secret.theme.json", "Secret", "dark", {}, "1");
+        target.replace("OUTSIDE", scene.root.filePath("OUTSIDE"));
+        if (committed) {
+            if (entry == "Themes")
+                QVERIFY(QDir(scene.remote.themesDirectory()).removeRecursively());
+            QVERIFY(QFile::link(target, scene.remote.path() + "/" + entry));
+            scene.remote.commitAll("Untrusted content");
         }
-        QCOMPARE(found, names);
+        RemoteThemeFetcher fetcher = fetcherFor(scene);
+        const QString path = scene.clonePath() + "/" + entry;
+        if (!committed) {
+            QVERIFY(fetcher.fetchRemoteThemes());
+            QVERIFY(target.isEmpty() ? ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0 : QFile::link(target, path));
+        }
+
+        const auto fetched = fetcher.fetchRemoteThemes();
+        QVERIFY(!fetched);
+        const QString text = target.isEmpty() ? UntrustedThemeFiles::irregularFileText(path)
+            : entry == "Themes"               ? UntrustedThemeFiles::linkedDirectoryText(path)
+                                              : UntrustedThemeFiles::linkedFileText(path);
+        QVERIFY(text.contains(path));
+        QCOMPARE(fetched.error().errorDescription(), "Remote theme fetching error: Theme decoding failed: " + text);
+        if (committed) // the module's own clones never check a committed link out as a link
+            QVERIFY(!QFileInfo(path).isSymLink());
     }
 };
 

@@ -2,43 +2,42 @@
 
 #include "GitDaemon.h"
 #include "GitRepositoryFixture.h"
+#include "ThemeFiles.h"
 
+#include <QDir>
 #include <QTemporaryDir>
-#include <QUrl>
 
 #include <memory>
 
 namespace corvane::test {
 
-// A remote theme repository with a first commit, reached over file:// or git:// (a real git daemon),
-// and the place of the module's clone, all in one temporary directory.
-class ThemeRepositoryScene {
-public:
-    enum class Transport { file, git };
+// A remote holding "Themes/Dusk.theme.json" and a README, reached over file:// or through a real git
+// daemon, and the place of the module's clone, all in one temporary directory.
+struct ThemeRepositoryScene {
+    explicit ThemeRepositoryScene(bool overGit = false)
+    {
+        writeTheme(remote.themesDirectory(), "Dusk.theme.json", "Dusk", "dark", {"Ada"}, "1.0.0");
+        writeFile(remote.path(), "README.md", "Curated themes\n");
+        remote.commitAll("First themes");
+        if (overGit)
+            daemon = std::make_unique<GitDaemon>(root.filePath("served"));
+    }
 
-    explicit ThemeRepositoryScene(Transport transport = Transport::file);
-
-    bool isReady() const;
-    QString root() const { return m_root.path(); }
-    GitRepositoryFixture& remote() { return *m_remote; }
-    QUrl remoteUrl() const;
-    QString clonePath() const { return m_root.filePath(QStringLiteral("clone")); }
+    QUrl remoteUrl() const { return daemon ? daemon->url("themes") : remote.fileUrl(); }
+    QString clonePath() const { return root.filePath("clone"); }
     QUrl cloneUrl() const { return QUrl::fromLocalFile(clonePath()); }
+    QString cloneHead() const { return runGit(clonePath(), {"rev-parse", "HEAD"}); }
+    bool cloneIsClean() const { return runGit(clonePath(), {"status", "--porcelain", "--untracked-files=no"}).isEmpty(); }
+    QString commitTheme(const QString& name)
+    {
+        writeTheme(remote.themesDirectory(), name + ".theme.json", name, "dark", {"Ada"}, "1.0.0");
+        return remote.commitAll("Theme " + name);
+    }
+    void moveRemote(bool away) { QDir(root.path()).rename(away ? "served/themes" : "away", away ? "away" : "served/themes"); }
 
-    // Adds (or rewrites) a theme file in the remote's "Themes" and commits; returns the commit id.
-    QString commitTheme(const QString& fileName, const QString& name, const QString& version);
-    // Moves the remote away (and back), as a server that lost the repository would.
-    void takeRemoteAway();
-    void bringRemoteBack();
-
-    // git rev-parse in the clone.
-    QString cloneRevision(const QString& revision = QStringLiteral("HEAD")) const;
-
-private:
-    QTemporaryDir m_root;
-    Transport m_transport;
-    std::unique_ptr<GitRepositoryFixture> m_remote;
-    std::unique_ptr<GitDaemon> m_daemon;
+    QTemporaryDir root;
+    GitRepositoryFixture remote{root.filePath("served/themes")};
+    std::unique_ptr<GitDaemon> daemon;
 };
 
 } // namespace corvane::test
