@@ -1,0 +1,181 @@
+#include "GitDaemon.h"
+#include "GitRepositoryFixture.h"
+#include "ThemeFiles.h"
+#include "TrashSandbox.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace corvane::test;
+
+namespace {
+
+const QString composedCafe = QString::fromUtf8("Caf\u00e9"), decomposedCafe = QString::fromUtf8("Cafe\u0301");
+const QString updatedSolar = "updated Solar 1.5.0 -> 2.0.0", updatedCafe = "updated " + decomposedCafe + " 2.0.0 -> 3.0.0";
+
+struct Run { int exitCode = -1; QString out, err; QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); } };
+
+// A theme repository reached over file:// or through a real git daemon, the tool's clone and the installed themes.
+struct Scene {
+    QTemporaryDir dir;
+    GitRepositoryFixture remote{dir.filePath("remote")};
+    std::unique_ptr<GitDaemon> daemon;
+    const QString clone = dir.filePath("clone"), installed = dir.filePath("installed");
+
+    explicit Scene(bool overGit = false) : daemon(overGit ? std::make_unique<GitDaemon>(dir.path()) : nullptr) {}
+
+    // The built tool as its own process, inheriting this one's environment (XDG_DATA_HOME included).
+    Run run(const QStringList& arguments) const
+    {
+        QProcess tool;
+        const QString url = daemon ? daemon->url("remote").toString() : remote.fileUrl().toString();
+        tool.start(CORVANE_TOOL_PATH, QStringList{arguments[0], "--remote", url, "--clone", clone, "--installed", installed}
+                                          + arguments.mid(1));
+        const bool finished = tool.waitForFinished(120000) && tool.exitStatus() == QProcess::NormalExit;
+        return {finished ? tool.exitCode() : -1, tool.readAllStandardOutput(), tool.readAllStandardError()};
+    }
+
+    // New: Aurora. Updates: Café (installed decomposed, as cafe-old) and Solar (1.5, as my-solar).
+    void publish()
+    {
+        writeTheme(remote.themesDirectory(), "aurora.theme.json", "Aurora", "light", {"Ann", "Bo"}, "1.0.0");
+        writeTheme(remote.themesDirectory(), "cafe.theme.json", composedCafe, "Light", {"Dee"}, "3.0.0");
+        writeTheme(remote.themesDirectory(), "solar-dark.theme.json", "Solar", "dark", {"Cy"}, "2.0.0");
+        remote.commitAll("Publish the themes");
+        writeTheme(installed, "cafe-old.theme.json", decomposedCafe, "light", {"Dee"}, "2.0.0");
+        writeTheme(installed, "my-solar.theme.json", "Solar", "dark", {"Cy"}, "1.5");
+    }
+};
+
+} // namespace
+
+class CorvaneToolTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void listsTheWindowsRows_data()
+    {
+        QTest::addColumn<bool>("overGit");
+        QTest::newRow("file://") << false;
+        QTest::newRow("git://") << true;
+    }
+
+    void listsTheWindowsRows()
+    {
+        QFETCH(bool, overGit);
+        Scene scene(overGit);
+        QVERIFY(!overGit || scene.daemon->isRunning());
+        const QString odd = "Z\tnew\nline \"q\" \\ \x01";
+        writeTheme(scene.remote.themesDirectory(), "z.theme.json", odd, "dark", {"Ann\tBo"}, "1.0.0");
+        scene.publish();
+
+        // New themes, then updates, each by name; an update shows the installed name as written.
+        const Run plain = scene.run({"list"});
+        QCOMPARE(plain.err, QString());
+        QCOMPARE(plain.exitCode, 0);
+        QCOMPARE(plain.lines(), (QStringList{"Aurora\tLight\tAnn, Bo\t-\t1.0.0",
+                                             "Z new line \"q\" \\ \x01\tDark\tAnn Bo\t-\t1.0.0",
+                                             decomposedCafe + "\tLight\tDee\t2.0.0\t3.0.0", "Solar\tDark\tCy\t1.5.0\t2.0.0"}));
+
+        const Run json = scene.run({"list", "--json"});
+        QCOMPARE(json.exitCode, 0);
+        const auto row = [&](QString name, QString style, QString authors, QJsonValue installed, QString remote,
+                             QString source, QString destination) {
+            return QJsonObject{{"name", name}, {"style", style}, {"authors", authors}, {"installedVersion", installed},
+                               {"remoteVersion", remote}, {"source", scene.clone + "/Themes/" + source + ".theme.json"},
+                               {"destination", scene.installed + '/' + destination + ".theme.json"}};
+        };
+        QCOMPARE(QJsonDocument::fromJson(json.out.toUtf8()).array(),
+                 (QJsonArray{row("Aurora", "Light", "Ann, Bo", {}, "1.0.0", "aurora", "aurora"),
+                             row(odd, "Dark", "Ann\tBo", {}, "1.0.0", "z", "z"),
+                             row(decomposedCafe, "Light", "Dee", "2.0.0", "3.0.0", "cafe", "cafe-old"),
+                             row("Solar", "Dark", "Cy", "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
+    }
+
+    void reportsABrokenRemoteThemeFile()
+    {
+        Scene scene;
+        writeFile(scene.remote.themesDirectory(), "broken.theme.json", R"({"name": "Broken", "style": "dark"})");
+        scene.remote.commitAll("A broken theme");
+        for (const char* command : {"list", "list --json", "install --all"}) {
+            const Run run = scene.run(QString(command).split(' '));
+            QCOMPARE(run.exitCode, 1);
+            QCOMPARE(run.out, QString());
+            QCOMPARE(run.err, "Computing theme differences failed: Remote theme fetching error: Theme decoding failed: "
+                              "Could not decode JSON, decoding JSON from '" + scene.clone
+                                  + "/Themes/broken.theme.json' failed: No value associated with key \"author\".\n");
+        }
+    }
+
+    void installsChosenRows_data()
+    {
+        QTest::addColumn<bool>("overGit");
+        QTest::addColumn<QStringList>("choice");
+        QTest::addColumn<QStringList>("out");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<QStringList>("trashed");
+        const QStringList bothOld{"cafe-old.theme.json", "my-solar.theme.json"};
+        QTest::newRow("git://: one update by name")
+            << true << QStringList{"Solar"} << QStringList{updatedSolar} << "" << QStringList{"my-solar.theme.json"};
+        QTest::newRow("file://: everything")
+            << false << QStringList{"--all"} << QStringList{"installed Aurora", updatedCafe, updatedSolar} << "" << bothOld;
+        QTest::newRow("names in any order and composition, installed in row order")
+            << false << QStringList{"Solar", composedCafe} << QStringList{updatedCafe, updatedSolar} << "" << bothOld;
+        QTest::newRow("miscased or unknown names reported once, the others installed")
+            << false << QStringList{"solar", "Nimbus", "Aurora", "Nimbus"} << QStringList{"installed Aurora"}
+            << "corvane install: no new or updated theme is named 'solar'\ncorvane install: no new or updated theme is "
+               "named 'Nimbus'\n" << QStringList{};
+    }
+
+    void installsChosenRows()
+    {
+        QFETCH(bool, overGit);
+        QFETCH(QStringList, choice);
+        QFETCH(QStringList, out);
+        QFETCH(QString, err);
+        QFETCH(QStringList, trashed);
+        TrashSandbox trash;
+        Scene scene(overGit);
+        QVERIFY(!overGit || scene.daemon->isRunning());
+        scene.publish();
+
+        const Run run = scene.run(QStringList{"install"} + choice);
+        QCOMPARE(run.err, err);
+        QCOMPARE(run.lines(), out);
+        QCOMPARE(run.exitCode, err.isEmpty() ? 0 : 1);
+        QCOMPARE(trash.trashedNames(), trashed);
+        QCOMPARE(QFileInfo::exists(scene.installed + "/aurora.theme.json"), out.contains("installed Aurora"));
+        if (out.contains(updatedSolar)) { // the update lands where the installed file lay, the old one in the Trash
+            QCOMPARE(readFile(scene.installed + "/my-solar.theme.json"),
+                     readFile(scene.clone + "/Themes/solar-dark.theme.json"));
+            QVERIFY(readFile(trash.filesDirectory() + "/my-solar.theme.json").contains("\"1.5\""));
+        }
+    }
+
+    void aFailedCopyStopsTheBatch()
+    {
+        TrashSandbox trash;
+        Scene scene;
+        for (const QString name : {"Aurora", "Borealis", "Cirrus"})
+            writeTheme(scene.remote.themesDirectory(), name.toLower() + ".theme.json", name, "dark", {}, "1.0.0");
+        scene.remote.commitAll("Three themes");
+        QVERIFY(QDir().mkpath(scene.installed + "/borealis.theme.json")); // the user's folder, never replaced
+
+        const Run run = scene.run({"install", "--all"});
+        QCOMPARE(run.exitCode, 1);
+        QCOMPARE(run.lines(), QStringList{"installed Aurora"});
+        QVERIFY2(run.err.startsWith("The theme 'borealis.theme.json' could not be copied. You can try to delete all "
+                                    "local themes to start fresh.\n") && run.err.count('\n') == 2, qPrintable(run.err));
+        QCOMPARE(QDir(scene.installed).entryList(QDir::Files | QDir::Hidden), QStringList{"aurora.theme.json"});
+        QCOMPARE(trash.trashedNames(), QStringList{});
+    }
+};
+
+QTEST_GUILESS_MAIN(CorvaneToolTest)
+#include "CorvaneToolTest.moc"
