@@ -162,7 +162,13 @@ void DemoWindow::reloadInstalledThemes()
     m_themeList->clear();
     const QString directory = m_module.configuration().installedThemeDirectory().toLocalFile();
     for (const InstalledTheme& theme : readInstalledThemes(directory)) {
-        const QString style = theme.style.left(1).toUpper() + theme.style.mid(1).toLower();
+        QString style = theme.style;
+        if (theme.style.compare(QLatin1StringView("dark"), Qt::CaseInsensitive) == 0)
+            //% "Dark"
+            style = text(QT_TRID_NOOP("demo.style.dark"), "Dark");
+        else if (theme.style.compare(QLatin1StringView("light"), Qt::CaseInsensitive) == 0)
+            //% "Light"
+            style = text(QT_TRID_NOOP("demo.style.light"), "Light");
         auto item = new QTreeWidgetItem(m_themeList, {theme.name, style, theme.version, theme.authors});
         item->setToolTip(0, QDir(directory).filePath(theme.fileName));
     }

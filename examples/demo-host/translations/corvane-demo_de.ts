@@ -59,5 +59,13 @@
         <source>Your themes are current with the theme repository.</source>
         <translation>Ihre Themes sind auf dem Stand des Theme-Repositorys.</translation>
     </message>
+    <message id="demo.style.dark">
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message id="demo.style.light">
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
 </context>
 </TS>
