@@ -1,14 +1,14 @@
-// Reading a directory of theme files: which files are read, their order, the nested failure texts,
-// and input that must fail clearly instead of crashing or hanging (FIFOs, sockets, huge files).
+// Reading theme files: what a document yields and which fault wins when it has several, which files
+// of a directory are read and in which order, and input that must fail clearly instead of crashing or
+// hanging.
 
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/themes/ThemeReader.h"
 
 #include "ThemeFiles.h"
 
 #include <QDir>
-#include <QFile>
-#include <QHash>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,57 +20,55 @@
 #include <unistd.h>
 
 using namespace corvane;
-using corvane::test::themeJson;
-using corvane::test::writeFile;
-using corvane::test::writeTheme;
+using namespace corvane::test;
 
 namespace {
 
-// Lists real files in an order the test chooses, where the order matters and the platform's is not
-// predictable.
-class OrderedLister final : public DirectoryLister {
-public:
-    explicit OrderedLister(QList<QUrl> files) : m_files(std::move(files)) {}
-    Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl&) const override { return m_files; }
+// A theme object whose values are JSON text; a null value leaves the key out.
+QByteArray doc(const QByteArray& name, const QByteArray& style, const QByteArray& author, const QByteArray& version,
+               const QByteArray& extra = {})
+{
+    QByteArray json = "{";
+    for (const auto& [key, value] : {std::pair{"name", name}, {"style", style}, {"author", author}, {"version", version}})
+        if (!value.isNull())
+            json += '"' + QByteArray(key) + "\": " + value + ',';
+    return json + R"("colors": {"accent": "#ff7a45"})" + extra + '}';
+}
 
-private:
+const QByteArray none, E = R"("E")", dark = R"("dark")", mara = R"([{"name": "Mara"}])", one = R"("1")";
+
+QString typeText(const char* key, const char* type, const char* found)
+{
+    return QStringLiteral("Expected %1 value for key \"%2\" but found %3 instead.").arg(type, key, found);
+}
+
+QString noKey(const char* key) { return QStringLiteral("No value associated with key \"%1\".").arg(key); }
+
+// Lists the files a test names, in its order, whether or not they exist.
+class Lister final : public DirectoryLister {
+public:
+    explicit Lister(QList<QUrl> files) : m_files(std::move(files)) {}
+    Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl&) const override { return m_files; }
     QList<QUrl> m_files;
 };
 
-ThemeReader readerWith(std::shared_ptr<const DirectoryLister> lister)
+// "file:theme name" for each theme read (the file relative to the directory, without ".theme.json"),
+// or the failure's text with the directory written as "DIR".
+QStringList read(const QString& directory, std::shared_ptr<const DirectoryLister> lister = FileManager::shared())
 {
-    return ThemeReader(std::make_shared<ThemeDecoder>(), std::move(lister));
+    const auto themes = ThemeReader(std::make_shared<ThemeDecoder>(), lister).readThemes(QUrl::fromLocalFile(directory));
+    if (!themes)
+        return {themes.error().errorDescription().replace(directory, "DIR")};
+    QStringList read;
+    for (const StoredTheme& stored : *themes)
+        read << stored.url.toLocalFile().mid(directory.size() + 1).chopped(11) + ':' + stored.theme.identifier.name();
+    return read;
 }
 
-ThemeReader realReader()
+QString failed(const char* stage, const QString& file, const QString& inner)
 {
-    return readerWith(FileManager::shared());
+    return QStringLiteral("Theme decoding failed: Could not decode JSON, %1 from 'DIR/%2' failed: %3").arg(stage, file, inner);
 }
-
-QString styleText(Theme::Style style)
-{
-    return style == Theme::Style::dark ? QStringLiteral("dark") : QStringLiteral("light");
-}
-
-QStringList namesOf(const QList<StoredTheme>& themes)
-{
-    QStringList names;
-    for (const StoredTheme& stored : themes)
-        names << stored.theme.identifier.name();
-    return names;
-}
-
-QString decodingFailedText(const QString& path, const QString& inner)
-{
-    return QStringLiteral("Theme decoding failed: Could not decode JSON, decoding JSON from '%1' failed: %2").arg(path, inner);
-}
-
-QString readingFailedText(const QString& path, const QString& inner)
-{
-    return QStringLiteral("Theme decoding failed: Could not decode JSON, reading Data from '%1' failed: %2").arg(path, inner);
-}
-
-const QByteArray notJson = "this would fail if it were read";
 
 } // namespace
 
@@ -78,86 +76,117 @@ class ThemeReaderTest : public QObject {
     Q_OBJECT
 
 private slots:
-    // Entries are "theme:<path>:<name>", "broken:<path>" (fails if read) or "dir:<path>".
+    // A decoded theme reads "name|style|authors|version"; a failure, its text.
+    void decodes_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("plain") << doc(R"("Ember")", dark, mara, R"("1.3.0")") << "Ember|dark|Mara|1.3.0";
+        QTest::newRow("style in any case") << doc(E, R"("dArK")", mara, one) << "E|dark|Mara|1.0.0";
+        QTest::newRow("style in capitals") << doc(E, R"("LIGHT")", "[]", R"("1.2")") << "E|light||1.2.0";
+        QTest::newRow("authors keep order and duplicates, extra keys")
+            << doc(E, dark, R"([{"name": "B", "url": null}, {"email": "a@x", "name": "A"}, {"name": "B"}])", one)
+            << "E|dark|B,A,B|1.0.0";
+        QTest::newRow("escaped and non-Latin texts")
+            << doc(R"("Caf\u00e9 \"N\" \u591c")", dark, R"([{"name": "\u0422\u043e\u043c"}])", one)
+            << "Café \"N\" 夜|dark|Том|1.0.0";
+        QTest::newRow("any key order, unknown keys at every level")
+            << QByteArray(R"({"version": "3", "x": [{"name": 5}], "author": [{"name": "A", "n": {"name": 1}}],)"
+                          R"( "style": "light", "Name": 7, "name": "N"})") << "N|light|A|3.0.0";
+        QTest::newRow("byte order mark and white space") << "\xEF\xBB\xBF \n" + doc(E, dark, "[]", one) + "\n" << "E|dark||1.0.0";
+
+        QTest::newRow("top level array") << QByteArray("[{}]")
+                                         << "Expected the document to be a JSON Object but found an array instead.";
+        QTest::newRow("style in full-width letters") << doc(E, R"("\uff24\uff21\uff32\uff2b")", mara, one) << "Invalid style: ＤＡＲＫ";
+        QTest::newRow("style with dotted capital I") << doc(E, R"("L\u0130GHT")", mara, one) << "Invalid style: LİGHT";
+        QTest::newRow("style boolean") << doc(E, "true", mara, one) << typeText("style", "String", "a boolean");
+        QTest::newRow("authors, not author") << doc(E, dark, none, one, R"(, "authors": [])") << noKey("author");
+        QTest::newRow("author null") << doc(E, dark, "null", one) << typeText("author", "Array", "null");
+        QTest::newRow("author an object") << doc(E, dark, R"({"name": "M"})", one) << typeText("author", "Array", "an object");
+        QTest::newRow("second author null") << doc(E, dark, R"([{"name": "A"}, null])", one)
+                                            << typeText("author[1]", "Object", "null");
+        QTest::newRow("second author nameless") << doc(E, dark, R"([{"name": "A"}, {"Name": "B"}])", one)
+                                                << noKey("author[1].name");
+        QTest::newRow("author name array") << doc(E, dark, R"([{"name": ["A"]}])", one)
+                                           << typeText("author[0].name", "String", "an array");
+        QTest::newRow("version a number") << doc(E, dark, mara, "1.2") << typeText("version", "String", "a number");
+        QTest::newRow("version without a number")
+            << doc(E, dark, mara, R"("beta")") << "The operation couldn't be completed. (Version.ParsingError error 1.)";
+
+        QTest::newRow("name in other case, before style") << doc(none, R"("grey")", mara, one, R"(, "Name": "E")") << noKey("name");
+        QTest::newRow("name before missing style") << doc("null", none, mara, one) << typeText("name", "String", "null");
+        QTest::newRow("style as written, before author") << doc(E, R"("Grey")", none, one) << "Invalid style: Grey";
+        QTest::newRow("missing style before author") << doc(E, none, "7", one) << noKey("style");
+        QTest::newRow("author before version") << doc(E, dark, "[3]", "1") << typeText("author[0]", "Object", "a number");
+        QTest::newRow("first broken author") << doc(E, dark, "[{}, 5]", R"("beta")") << noKey("author[0].name");
+    }
+
+    void decodes()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, expected);
+
+        ThemeJsonParser parser;
+        const auto theme = parser.decode(json);
+        const QString actual = !theme ? theme.error().errorDescription()
+                                      : QStringList{theme->identifier.name(),
+                                                    theme->identifier.style() == Theme::Style::dark ? "dark" : "light",
+                                                    theme->authors.join(u','), theme->version.toString()}.join(u'|');
+        QCOMPARE(actual, expected);
+    }
+
+    // Entries are "theme file=name", "other file" (content that fails if read) or "directory/".
     void readsOnlyThemeFiles_data()
     {
         QTest::addColumn<QStringList>("entries");
-        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("expected");
 
-        QTest::newRow("empty directory") << QStringList{} << QStringList{};
-        QTest::newRow("other endings are never opened")
-            << QStringList{"theme:a.theme.json:A", "broken:x.THEME.JSON", "broken:x.Theme.json",
-                           "broken:x.theme.json.bak", "broken:readme.md", "broken:theme.json", "broken:x.themejson",
-                           "broken:x.theme.json~"}
-            << QStringList{"A"};
-        QTest::newRow("only other files") << QStringList{"broken:readme.md", "broken:a.json"} << QStringList{};
-        QTest::newRow("a file named just .theme.json") << QStringList{"theme:.theme.json:Dot"} << QStringList{"Dot"};
-        QTest::newRow("hidden theme file") << QStringList{"theme:.hidden.theme.json:Hidden", "theme:a.theme.json:A"}
-                                           << QStringList{"A", "Hidden"};
-        QTest::newRow("directory named like a theme")
-            << QStringList{"dir:sub.theme.json", "theme:a.theme.json:A"} << QStringList{"A"};
-        QTest::newRow("files in subdirectories")
-            << QStringList{"theme:sub/b.theme.json:B", "broken:sub.theme.json/c.theme.json", "theme:a.theme.json:A"}
-            << QStringList{"A"};
+        QTest::newRow("other endings") << QStringList{"a.theme.json=A", "x.THEME.JSON", "x.Theme.json", "x.theme.json.bak",
+                                                      "x.themejson", "theme.json", "readme.md"} << QStringList{"a:A"};
+        QTest::newRow("hidden files") << QStringList{".theme.json=Dot", ".b.theme.json=Hidden", "a.theme.json=A"}
+                                      << QStringList{"a:A", ":Dot", ".b:Hidden"};
+        QTest::newRow("subdirectories") << QStringList{"sub.theme.json/", "sub/b.theme.json=B", "c/d.theme.json",
+                                                       "a.theme.json=A"} << QStringList{"a:A"};
     }
 
     void readsOnlyThemeFiles()
     {
         QFETCH(QStringList, entries);
-        QFETCH(QStringList, names);
+        QFETCH(QStringList, expected);
 
         QTemporaryDir directory;
         for (const QString& entry : std::as_const(entries)) {
-            const QStringList parts = entry.split(u':');
-            const QString path = directory.filePath(parts[1]);
-            const QString folder = QFileInfo(path).path();
-            if (parts[0] == u"dir")
-                QVERIFY(QDir().mkpath(path));
-            else if (parts[0] == u"theme")
-                writeTheme(folder, QFileInfo(path).fileName(), parts[2], "dark", {"Mara"}, "1.0");
+            const QFileInfo file(directory.filePath(entry.section(u'=', 0, 0)));
+            if (entry.endsWith(u'/'))
+                QVERIFY(QDir().mkpath(file.filePath()));
+            else if (entry.contains(u'='))
+                writeTheme(file.path(), file.fileName(), entry.section(u'=', 1), "dark", {"Mara"}, "1.0");
             else
-                writeFile(folder, QFileInfo(path).fileName(), notJson);
+                writeFile(file.path(), file.fileName(), "this would fail if it were read");
         }
-
-        const auto themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY2(themes, themes ? "" : qPrintable(themes.error().errorDescription()));
-        QCOMPARE(namesOf(*themes), names);
-        for (const StoredTheme& stored : *themes)
-            QCOMPARE(QFileInfo(stored.url.toLocalFile()).path(), directory.path());
+        QCOMPARE(read(directory.path()), expected);
     }
 
-    // Files as listed, each "file name|theme name|style"; expected as "theme name|style" in order.
+    // Themes "name" or "name|style" (else dark) written to 1.theme.json, 2.theme.json, ... and listed in that order.
     void sortsByName_data()
     {
         QTest::addColumn<QStringList>("listed");
         QTest::addColumn<QStringList>("expected");
 
-        QTest::newRow("capitals before small letters")
-            << QStringList{"1|alpha|dark", "2|Zen|dark"} << QStringList{"Zen|dark", "alpha|dark"};
-        QTest::newRow("Alpha alpha beta")
-            << QStringList{"1|beta|dark", "2|alpha|dark", "3|Alpha|dark"}
-            << QStringList{"Alpha|dark", "alpha|dark", "beta|dark"};
-        QTest::newRow("variants keep the listing order, dark first")
-            << QStringList{"1|Ember|dark", "2|Ash|light", "3|Ember|light"}
-            << QStringList{"Ash|light", "Ember|dark", "Ember|light"};
-        QTest::newRow("variants keep the listing order, light first")
-            << QStringList{"1|Ember|light", "2|Ash|light", "3|Ember|dark"}
-            << QStringList{"Ash|light", "Ember|light", "Ember|dark"};
-        QTest::newRow("composed form decides")
-            << QStringList{QString::fromUtf8("1|e\u0301|dark"), "2|f|dark", "3|e|dark"}
-            << QStringList{"e|dark", "f|dark", QString::fromUtf8("e\u0301|dark")};
-        QTest::newRow("beyond U+FFFF after U+FFFD and private use")
-            << QStringList{QString::fromUtf8("1|\U0001F600|dark"), QString::fromUtf8("2|\uFFFD|dark"),
-                           QString::fromUtf8("3|\uE000|dark"), "4|z|dark"}
-            << QStringList{"z|dark", QString::fromUtf8("\uE000|dark"), QString::fromUtf8("\uFFFD|dark"),
-                           QString::fromUtf8("\U0001F600|dark")};
-        QTest::newRow("variants stay in order beside astral names")
-            << QStringList{QString::fromUtf8("1|\U0001F600|light"), "2|X|light", QString::fromUtf8("3|\U0001F600|dark"),
-                           "4|X|dark"}
-            << QStringList{"X|light", "X|dark", QString::fromUtf8("\U0001F600|light"),
-                           QString::fromUtf8("\U0001F600|dark")};
-        QTest::newRow("prefix first") << QStringList{"1|Ember Night|dark", "2|Ember|dark"}
-                                      << QStringList{"Ember|dark", "Ember Night|dark"};
+        QTest::newRow("Zen before alpha") << QStringList{"alpha", "Zen"} << QStringList{"2:Zen", "1:alpha"};
+        QTest::newRow("Alpha alpha beta") << QStringList{"beta", "alpha", "Alpha"} << QStringList{"3:Alpha", "2:alpha", "1:beta"};
+        QTest::newRow("variants as listed, dark first") << QStringList{"Ember", "Ash|light", "Ember|light"}
+                                                        << QStringList{"2:Ash", "1:Ember", "3:Ember"};
+        QTest::newRow("variants as listed, light first") << QStringList{"Ember|light", "Ash", "Ember"}
+                                                         << QStringList{"2:Ash", "1:Ember", "3:Ember"};
+        QTest::newRow("composed form decides") << QStringList{"e\u0301", "f", "e"} << QStringList{"3:e", "2:f", "1:e\u0301"};
+        QTest::newRow("astral after U+FFFD and private use") << QStringList{"\U0001F600", "\uFFFD", "\uE000", "z"}
+                                                             << QStringList{"4:z", "3:\uE000", "2:\uFFFD", "1:\U0001F600"};
+        QTest::newRow("variants as listed beside astral names") << QStringList{"\U0001F600|light", "X|light", "\U0001F600", "X"}
+                                                                << QStringList{"2:X", "4:X", "1:\U0001F600", "3:\U0001F600"};
+        QTest::newRow("first broken file as listed wins")
+            << QStringList{"Good", "Zed|zed", "Abe|abe"} << QStringList{failed("decoding JSON", "2.theme.json", "Invalid style: zed")};
     }
 
     void sortsByName()
@@ -167,229 +196,93 @@ private slots:
 
         QTemporaryDir directory;
         QList<QUrl> files;
-        QHash<QString, QString> writtenTo; // file name -> "name|style"
-        for (const QString& entry : std::as_const(listed)) {
-            const QStringList parts = entry.split(u'|');
-            const QString fileName = parts[0] + QStringLiteral(".theme.json");
-            files << QUrl::fromLocalFile(writeTheme(directory.path(), fileName, parts[1], parts[2], {}, "1"));
-            writtenTo.insert(fileName, parts[1] + u'|' + parts[2]);
-        }
-        const auto themes = readerWith(std::make_shared<OrderedLister>(files)).readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(themes);
-        QStringList order;
-        for (const StoredTheme& stored : *themes) {
-            const QString read = stored.theme.identifier.name() + u'|' + styleText(stored.theme.identifier.style());
-            order << read;
-            QCOMPARE(writtenTo.value(stored.url.fileName()), read); // each theme keeps its own file
-        }
-        QCOMPARE(order, expected);
+        for (const QString& theme : std::as_const(listed))
+            files << QUrl::fromLocalFile(writeTheme(directory.path(), QStringLiteral("%1.theme.json").arg(files.size() + 1),
+                                                    theme.section(u'|', 0, 0), (theme + "|dark").section(u'|', 1, 1), {}, "1"));
+        QCOMPARE(read(directory.path(), std::make_shared<Lister>(files)), expected);
     }
 
-    // The platform's own listing order is not sorted; variants of one name follow it.
-    void variantsFollowThePlatformListing()
-    {
-        QTemporaryDir directory;
-        for (int index = 0; index < 20; ++index)
-            writeTheme(directory.path(), QStringLiteral("v%1.theme.json").arg(index), "Same",
-                       index % 2 ? "light" : "dark", {QString::number(index)}, "1");
-        const auto listed = FileManager::shared()->filesInDirectory(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(listed);
-        QStringList listingOrder;
-        for (const QUrl& url : *listed)
-            listingOrder << url.fileName();
-
-        const auto themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(themes);
-        QStringList readOrder;
-        for (const StoredTheme& stored : *themes)
-            readOrder << stored.url.fileName();
-        QCOMPARE(readOrder, listingOrder);
-    }
-
-    void describesFailuresInFull()
-    {
-        QTemporaryDir directory;
-        const QString missing = directory.filePath("missing");
-        auto themes = realReader().readThemes(QUrl::fromLocalFile(missing));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(),
-                 QStringLiteral("Theme decoding failed: File at file://%1 appears not to be a directory.").arg(missing));
-
-        const QString plainFile = writeFile(directory.path(), "plain", "x");
-        themes = realReader().readThemes(QUrl::fromLocalFile(plainFile));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(),
-                 QStringLiteral("Theme decoding failed: File at file://%1 appears not to be a directory.").arg(plainFile));
-
-        const QString grey = writeTheme(directory.filePath("themes"), "grey.theme.json", "Grey", "grey", {}, "1");
-        themes = realReader().readThemes(QUrl::fromLocalFile(directory.filePath("themes")));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(), decodingFailedText(grey, "Invalid style: grey"));
-        QVERIFY(themes.error().error.as<JSONDecodingError>());
-    }
-
-    // The first broken file in listing order ends the reading and is the one reported; nothing
-    // decoded before it is handed back.
-    void firstBrokenFileWins_data()
-    {
-        QTest::addColumn<bool>("greyFirst");
-        QTest::newRow("grey listed first") << true;
-        QTest::newRow("nameless listed first") << false;
-    }
-
-    void firstBrokenFileWins()
-    {
-        QFETCH(bool, greyFirst);
-        QTemporaryDir directory;
-        const QUrl good = QUrl::fromLocalFile(writeTheme(directory.path(), "good.theme.json", "Good", "dark", {}, "1"));
-        const QUrl grey = QUrl::fromLocalFile(writeTheme(directory.path(), "grey.theme.json", "Grey", "grey", {}, "1"));
-        const QUrl nameless = QUrl::fromLocalFile(
-            writeFile(directory.path(), "nameless.theme.json", R"({"style": "dark", "author": [], "version": "1"})"));
-        const QList<QUrl> order = greyFirst ? QList<QUrl>{good, grey, nameless} : QList<QUrl>{good, nameless, grey};
-
-        const auto themes = readerWith(std::make_shared<OrderedLister>(order)).readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(),
-                 greyFirst ? decodingFailedText(grey.toLocalFile(), "Invalid style: grey")
-                           : decodingFailedText(nameless.toLocalFile(), "No value associated with key \"name\"."));
-    }
-
-    // Hostile or broken files in a theme directory (faults inside the JSON are the decoding test's):
-    // each row prepares one file named "x.theme.json" and gives the inner text its failure must end
-    // with (empty: it reads fine).
+    // Content naming a kind of file ("a socket", ...), "sparse" or "vanished" makes such a file.
     void failsClearlyOnBadInput_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("whileReading"); // else while decoding
-        QTest::addColumn<QString>("inner");
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("expected");
 
-        QTest::newRow("empty file") << "empty" << false
-                                    << "The data couldn't be read because it isn't valid JSON (the document is empty).";
-        QTest::newRow("sparse 1 GB file") << "sparse" << true
-                                          << "The file has 1073741824 bytes; a theme file may have at most 4194304 bytes.";
-        QTest::newRow("one byte over 4 MiB") << "over-limit" << true
-                                             << "The file has 4194305 bytes; a theme file may have at most 4194304 bytes.";
-        QTest::newRow("exactly 4 MiB") << "at-limit" << false << "";
-        QTest::newRow("FIFO") << "fifo" << true << "It is not a regular file but a FIFO (named pipe).";
-        QTest::newRow("socket") << "socket" << true << "It is not a regular file but a socket.";
-        QTest::newRow("link to a directory") << "link-to-directory" << true << "It is not a regular file but a directory.";
-        QTest::newRow("link to a device") << "link-to-device" << true << "It is not a regular file but a device.";
-        QTest::newRow("dangling link") << "dangling-link" << true << "The file doesn't exist.";
-        QTest::newRow("link to a theme file") << "link-to-theme" << false << "";
+        const QByteArray theme = themeJson("Big", "dark", {}, "1"), grey = themeJson("Grey", "grey", {}, "1");
+        const QString x = "x.theme.json";
+        const auto reading = [&](const QString& inner) { return failed("reading Data", x, inner); };
+        const auto tooLarge = [&](qint64 size) {
+            return reading(QStringLiteral("The file has %1 bytes; a theme file may have at most 4194304 bytes.").arg(size));
+        };
+        const auto corrupt = [&](const QString& reason) {
+            return failed("decoding JSON", x, "The data couldn't be read because it isn't valid JSON (" + reason + ").");
+        };
+        QTest::newRow("empty") << x << QByteArray() << corrupt("the document is empty");
+        QTest::newRow("invalid UTF-8") << x << QByteArray(theme).replace("Big", "B\xC3\x28") << corrupt("the text is not valid UTF-8");
+        QTest::newRow("binary garbage") << x << QByteArray::fromHex("00ff13e8c7a1b2007b22") << corrupt("").chopped(2);
+        QTest::newRow("nested 100,000 deep") << x << QByteArray(100000, '[') + QByteArray(100000, ']')
+                                             << corrupt("arrays and objects are nested more than 1024 levels deep");
+        QTest::newRow("sparse 1 GB, refused unread") << x << QByteArray("sparse") << tooLarge(1ll << 30);
+        QTest::newRow("one byte over 4 MiB") << x << theme + QByteArray(4194305 - theme.size(), ' ') << tooLarge(4194305);
+        QTest::newRow("exactly 4 MiB") << x << theme + QByteArray(4194304 - theme.size(), ' ') << "x:Big";
+        for (const char* kind : {"a FIFO (named pipe)", "a socket", "a device"})
+            QTest::addRow("%s", kind) << x << QByteArray(kind)
+                                      << reading(QStringLiteral("It is not a regular file but %1.").arg(kind));
+        QTest::newRow("vanished") << x << QByteArray("vanished") << reading("The file doesn't exist.");
+        QTest::newRow("newline in the name") << "a\nb.theme.json" << theme << "a\nb:Big"; // not two files "a" and "b"
+        for (const QString name : {"100% %@ %1 a%20b #?.theme.json", "夜の海 ночь.theme.json", "\U0001F600.theme.json"})
+            QTest::addRow("%s", qPrintable(name)) << name << grey << failed("decoding JSON", name, "Invalid style: grey");
     }
 
     void failsClearlyOnBadInput()
     {
-        QFETCH(QString, kind);
-        QFETCH(bool, whileReading);
-        QFETCH(QString, inner);
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, expected);
 
         QTemporaryDir directory;
-        const QString path = directory.filePath("x.theme.json");
+        const QString path = directory.filePath(fileName);
         const QByteArray encoded = QFile::encodeName(path);
-        if (kind == u"empty") {
-            writeFile(directory.path(), "x.theme.json", {});
-        } else if (kind == u"sparse" || kind == u"over-limit" || kind == u"at-limit") {
-            QByteArray json = themeJson("Big", "dark", {}, "1");
-            const qint64 size = kind == u"sparse" ? (qint64(1) << 30) : kind == u"over-limit" ? 4194305 : 4194304;
-            if (kind != u"sparse")
-                json += QByteArray(size - json.size(), ' ');
-            writeFile(directory.path(), "x.theme.json", json);
-            QFile file(path);
-            QVERIFY(file.resize(size)); // a sparse file: nothing but a size beyond the content
-        } else if (kind == u"fifo") {
+        std::shared_ptr<const DirectoryLister> lister = FileManager::shared();
+        if (content == "a FIFO (named pipe)") {
             QCOMPARE(::mkfifo(encoded.constData(), 0644), 0);
-        } else if (kind == u"socket") {
+        } else if (content == "a socket") {
             const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-            sockaddr_un address{};
-            address.sun_family = AF_UNIX;
+            sockaddr_un address{AF_UNIX, {}};
             QVERIFY(size_t(encoded.size()) < sizeof address.sun_path);
             std::memcpy(address.sun_path, encoded.constData(), size_t(encoded.size()));
             QCOMPARE(::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-            QCOMPARE(::listen(descriptor, 1), 0); // a listening socket: a reader that connected would wait
+            QCOMPARE(::listen(descriptor, 1), 0); // a reader that connected would wait
             ::close(descriptor);
-        } else if (kind == u"link-to-directory") {
-            QVERIFY(QDir().mkpath(directory.filePath("folder")));
-            QVERIFY(QFile::link(directory.filePath("folder"), path));
-        } else if (kind == u"link-to-device") {
+        } else if (content == "a device") {
             QVERIFY(QFile::link("/dev/zero", path));
-        } else if (kind == u"dangling-link") {
-            QVERIFY(QFile::link(directory.filePath("gone.json"), path));
-        } else if (kind == u"link-to-theme") {
-            writeTheme(directory.filePath("elsewhere"), "real.json", "Linked", "light", {}, "1");
-            QVERIFY(QFile::link(directory.filePath("elsewhere/real.json"), path));
+        } else if (content == "vanished") {
+            lister = std::make_shared<Lister>(QList{QUrl::fromLocalFile(path)});
+        } else {
+            writeFile(directory.path(), fileName, content);
+            QVERIFY(content != "sparse" || QFile(path).resize(1ll << 30));
         }
 
-        const auto themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        if (inner.isEmpty()) {
-            QVERIFY2(themes, themes ? "" : qPrintable(themes.error().errorDescription()));
-            QCOMPARE(themes->size(), 1);
-            return;
-        }
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(), whileReading ? readingFailedText(path, inner) : decodingFailedText(path, inner));
+        const QString actual = read(directory.path(), lister).join(u'\n');
+        QCOMPARE(expected.endsWith(u'(') ? actual.left(expected.size()) : actual, expected); // "(": only the start
     }
 
-    // A file listed and then removed before it is read: a reading error naming the file.
-    void vanishedFileIsAReadingError()
+    // The decoder keeps its buffers between files: what follows a large file must not see its bytes.
+    void decoderReusesItsBuffersSafely()
     {
         QTemporaryDir directory;
-        const QString kept = writeTheme(directory.path(), "a.theme.json", "A", "dark", {}, "1");
-        const QString gone = writeTheme(directory.path(), "b.theme.json", "B", "dark", {}, "1");
-        const auto listed = FileManager::shared()->filesInDirectory(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(listed);
-        QVERIFY(QFile::remove(gone));
-
-        const auto themes = readerWith(std::make_shared<OrderedLister>(*listed)).readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(), readingFailedText(gone, "The file doesn't exist."));
-        QVERIFY(QFile::exists(kept));
-    }
-
-    // File names are data: newlines, per cent signs and placeholders pass through unchanged.
-    void fileNamesPassThrough_data()
-    {
-        QTest::addColumn<QString>("fileName");
-        QTest::newRow("newline") << "line\nbreak.theme.json";
-        QTest::newRow("per cent") << "100% dark.theme.json";
-        QTest::newRow("placeholder") << "%@ and %1.theme.json";
-        QTest::newRow("percent-encoded look") << "a%20b.theme.json";
-        QTest::newRow("URL characters") << "#hash?query.theme.json";
-        QTest::newRow("non-Latin") << QString::fromUtf8("夜の海 ночь.theme.json");
-        QTest::newRow("astral") << QString::fromUtf8("\U0001F600.theme.json");
-    }
-
-    void fileNamesPassThrough()
-    {
-        QFETCH(QString, fileName);
-        QTemporaryDir directory;
-        writeTheme(directory.path(), fileName, "Named", "dark", {}, "1");
-        auto themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY2(themes, themes ? "" : qPrintable(themes.error().errorDescription()));
-        QCOMPARE(themes->size(), 1);
-        QCOMPARE(themes->first().url.fileName(), fileName);
-        QCOMPARE(themes->first().url.toLocalFile(), directory.filePath(fileName));
-
-        const QString broken = writeTheme(directory.path(), fileName, "Named", "grey", {}, "1");
-        themes = realReader().readThemes(QUrl::fromLocalFile(directory.path()));
-        QVERIFY(!themes);
-        QCOMPARE(themes.error().errorDescription(), decodingFailedText(broken, "Invalid style: grey"));
-    }
-
-    // The decoder keeps its buffer between files: a short file after a long one must not see the
-    // long one's bytes.
-    void decoderReusesItsBufferSafely()
-    {
-        QTemporaryDir directory;
-        QByteArray longTheme = themeJson("Long", "dark", {"A"}, "2");
-        longTheme.insert(1, "\"pad\": \"" + QByteArray(200000, 'x') + "\",");
-        const QString longPath = writeFile(directory.path(), "long.theme.json", longTheme);
-        const QString shortPath = writeFile(directory.path(), "short.theme.json", R"({"name": "S")");
+        const QUrl small = QUrl::fromLocalFile(writeTheme(directory.path(), "s", "S", "light", {}, "1"));
+        const QUrl cut = QUrl::fromLocalFile(writeFile(directory.path(), "c", R"({"name": "S")"));
         ThemeDecoder decoder;
-        QCOMPARE(decoder.decodeTheme(QUrl::fromLocalFile(longPath))->identifier.name(), QStringLiteral("Long"));
-        const auto cut = decoder.decodeTheme(QUrl::fromLocalFile(shortPath));
-        QVERIFY(!cut);
-        QVERIFY(cut.error().errorDescription().startsWith(QStringLiteral("Could not decode JSON, decoding JSON from '%1' failed: The data couldn't be read").arg(shortPath)));
+        for (const int padding : {100000, 1000000, 100000}) { // kept, given up, grown again
+            const QByteArray json = themeJson("Large", "dark", {"A"}, "2").insert(1, "\"p\": \"" + QByteArray(padding, 'x') + "\",");
+            const QUrl large = QUrl::fromLocalFile(writeFile(directory.path(), "l", json));
+            QCOMPARE(decoder.decodeTheme(large)->identifier.name(), "Large");
+            QVERIFY(!decoder.decodeTheme(cut));
+            const auto theme = decoder.decodeTheme(small);
+            QVERIFY(theme && theme->identifier.name() == "S" && theme->authors.isEmpty());
+        }
     }
 };
 
