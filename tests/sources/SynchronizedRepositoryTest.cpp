@@ -3,6 +3,8 @@
 
 #include "ThemeRepositoryScene.h"
 
+#include <QProcess>
+#include <QSysInfo>
 #include <QTcpServer>
 #include <QTest>
 
@@ -10,6 +12,17 @@ using namespace corvane;
 using namespace corvane::test;
 
 const int succeeds = 0, failsUntilTheRemoteReturns = 1;
+
+// A lock file as a process that died while synchronising leaves it: its id, name and host.
+QByteArray deadProcessLock()
+{
+    QProcess process;
+    process.start("true");
+    process.waitForStarted();
+    const qint64 pid = process.processId();
+    process.waitForFinished();
+    return QByteArray::number(pid) + "\ncorvane\n" + QSysInfo::machineHostName().toUtf8() + "\n";
+}
 
 class SynchronizedRepositoryTest : public QObject {
     Q_OBJECT
@@ -23,7 +36,7 @@ private slots:
         QTest::addColumn<QString>("situation");
         QTest::addColumn<int>("outcome"); // succeeds, failsUntilTheRemoteReturns or the git error code
         const std::pair<const char*, int> situations[] = {
-            {"first clone", succeeds}, {"hand-edited files", succeeds}, {"one commit behind", succeeds},
+            {"first clone", succeeds}, {"lock left by a dead process", succeeds}, {"hand-edited files", succeeds}, {"one commit behind", succeeds},
             {"local commit on top", succeeds}, {"empty clone directory", succeeds},
             {"clone directory holding a file", GIT_EEXISTS}, {"no origin", GIT_ENOTFOUND},
             {"remote gone", failsUntilTheRemoteReturns}};
@@ -45,6 +58,8 @@ private slots:
             QDir().mkpath(clone);
         else if (situation == "clone directory holding a file")
             writeFile(clone, "notes.txt", "mine\n");
+        else if (situation == "lock left by a dead process")
+            writeFile(scene.root.path(), "clone.lock", deadProcessLock());
         else if (situation != "first clone")
             QVERIFY(synchronizedRepository.synchronize());
         const QString before = QFileInfo::exists(clone + "/.git") ? scene.cloneHead() : QString();
