@@ -3,84 +3,49 @@
 #include "Corvane/presentation/AlertDialog.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
+#include <QTest>
 
-#include <deque>
+#include <functional>
 
 namespace corvane::test {
 
-// Answers the real modal alerts as a person would: each time one comes up, it records what the alert
-// says and presses the next scripted answer. Alerts beyond the script are answered with the first
-// button and counted, so a test fails instead of hanging.
+// Answers each real modal alert as it comes up with the next scripted answer (the first button beyond the
+// script, so a test never hangs), recording its texts: title, message, detail ("" for none), the buttons.
 class AlertAnswerer : public QObject {
 public:
-    enum class Answer { first, second, escape, close };
+    enum class Answer { first, second, returnKey, escape, close };
 
-    struct Seen {
-        QString title;
-        QString message;
-        QString detail; // empty without a detail view
-        QStringList buttons;
-    };
-
-    explicit AlertAnswerer(std::deque<Answer> answers = {})
-        : m_answers(std::move(answers))
-    {
-        connect(&m_poll, &QTimer::timeout, this, [this] { answerIfShown(); });
-        m_poll.start(10);
-    }
-
-    void expect(Answer answer) { m_answers.push_back(answer); }
-    const QList<Seen>& seen() const { return m_seen; }
-    int unexpected() const { return m_unexpected; }
+    explicit AlertAnswerer(QList<Answer> answers = {}) : m_answers(std::move(answers)) { startTimer(10); }
+    const QList<QStringList>& seen() const { return m_seen; }
+    std::function<void(AlertDialog*)> onShown; // runs before the answer
 
 private:
-    void answerIfShown()
+    void timerEvent(QTimerEvent*) override // looks for a new alert every 10 ms
     {
         auto alert = qobject_cast<AlertDialog*>(QApplication::activeModalWidget());
         if (!alert || !alert->isVisible() || alert == m_answered)
             return;
         m_answered = alert;
-        Seen seen{alert->title(), alert->message(), {}, {}};
-        if (auto detail = qobject_cast<QLabel*>(alert->accessoryView()))
-            seen.detail = detail->text();
+        auto detail = qobject_cast<QLabel*>(alert->accessoryView());
+        m_seen << QStringList{alert->title(), alert->message(), detail ? detail->text() : QString()};
         for (int index = 0; alert->button(index); ++index)
-            seen.buttons << alert->button(index)->text();
-        m_seen << seen;
-
-        Answer answer = Answer::first;
-        if (m_answers.empty())
-            ++m_unexpected;
-        else {
-            answer = m_answers.front();
-            m_answers.pop_front();
-        }
-        switch (answer) {
-        case Answer::first:
-            alert->button(0)->click();
-            break;
-        case Answer::second:
-            alert->button(1)->click();
-            break;
-        case Answer::escape: {
-            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-            QApplication::sendEvent(alert, &escape);
-            break;
-        }
-        case Answer::close:
+            m_seen.last() << alert->button(index)->text();
+        if (onShown)
+            onShown(alert);
+        const Answer answer = m_answers.isEmpty() ? Answer::first : m_answers.takeFirst();
+        if (answer == Answer::first || answer == Answer::second)
+            alert->button(answer == Answer::first ? 0 : 1)->click();
+        else if (answer == Answer::close)
             alert->close();
-            break;
-        }
+        else
+            QTest::keyClick(alert, answer == Answer::escape ? Qt::Key_Escape : Qt::Key_Return);
     }
 
-    std::deque<Answer> m_answers;
-    QList<Seen> m_seen;
-    QTimer m_poll;
+    QList<Answer> m_answers;
+    QList<QStringList> m_seen;
     QPointer<AlertDialog> m_answered;
-    int m_unexpected = 0;
 };
 
 } // namespace corvane::test
