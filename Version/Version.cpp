@@ -4,18 +4,28 @@
 
 #include <limits>
 #include <optional>
-#include <vector>
 
 namespace corvane {
 namespace {
 
 constexpr int maximumSplits = 3;
 
+// At most maximumSplits positions, held in place: reading a version allocates nothing.
+struct Separators {
+    qsizetype positions[maximumSplits];
+    int count = 0;
+
+    int size() const { return count; }
+    void push_back(qsizetype position) { positions[count++] = position; }
+    const qsizetype* begin() const { return positions; }
+    const qsizetype* end() const { return positions + count; }
+};
+
 // The positions of the full stops that stand as characters of their own: a full stop that a
 // combining mark (or any other grapheme extender) attaches to is part of a larger character.
-std::vector<qsizetype> separatorPositions(const QString& text)
+Separators separatorPositions(const QString& text)
 {
-    std::vector<qsizetype> positions;
+    Separators positions;
     bool ascii = true;
     for (QChar c : text) {
         if (c.unicode() >= 0x80) {
