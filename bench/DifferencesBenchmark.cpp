@@ -8,6 +8,7 @@
 
 #include <cstdio>
 
+#include <QFileInfo>
 #include <QString>
 #include <QUrl>
 
@@ -35,11 +36,11 @@ Lists makeLists(int count)
         const QString name = QStringLiteral("Theme %1").arg(i, 5, 10, QLatin1Char('0'));
         const Theme::Style style = i % 3 ? Theme::Style::dark : Theme::Style::light;
         const QStringList authors{QStringLiteral("Author %1").arg(i % 97), QStringLiteral("Curator")};
-        lists.remote.append(RemoteTheme{StoredTheme{QUrl::fromLocalFile(QStringLiteral("/clone/Themes/") + file),
+        lists.remote.append(RemoteTheme{StoredTheme{QStringLiteral("/clone/Themes/") + file,
                                                     Theme{Theme::Identifier(name, style), authors, current}}});
         const QString installedName = i % 2 == 0 ? name : QStringLiteral("Other %1").arg(i, 5, 10, QLatin1Char('0'));
         lists.installed.append(LocalTheme{StoredTheme{
-            QUrl::fromLocalFile(QStringLiteral("/home/user/themes/") + file),
+            QStringLiteral("/home/user/themes/") + file,
             Theme{Theme::Identifier(installedName, style), authors, i % 4 == 0 ? older : current}}});
     }
     return lists;
@@ -67,11 +68,11 @@ QList<ThemeDifference> literalScan(const QUrl& directory, const QList<RemoteThem
             if (groups & newThemes)
                 added.append(NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
                                   stored.theme.version,
-                                  CopyCommand{stored.url, QUrl::fromLocalFile(prefix + stored.url.fileName())}));
+                                  CopyCommand{stored.url(), QUrl::fromLocalFile(prefix + QFileInfo(stored.path).fileName())}));
         } else if ((groups & updatedThemes) && match->theme.theme.version < stored.theme.version) {
             updated.append(UpdatedTheme(match->theme.theme.identifier, stored.theme.authors,
                                         {match->theme.theme.version, stored.theme.version},
-                                        CopyCommand{stored.url, match->theme.url}));
+                                        CopyCommand{stored.url(), match->theme.url()}));
         }
     }
     return added + updated;

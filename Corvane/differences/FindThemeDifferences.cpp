@@ -1,5 +1,8 @@
 #include "Corvane/differences/FindThemeDifferences.h"
 
+#include "Corvane/themes/DirectoryEntries.h"
+#include "Corvane/themes/LocalFileURL.h"
+
 #include <QHash>
 
 #include <vector>
@@ -45,33 +48,22 @@ private:
     QHash<IdentifierRef, const LocalTheme*> m_first;
 };
 
-// The installed-themes directory with one more path component. Works on the paths in the form a URL
-// keeps them (a "%" of a file name stays encoded), so a file name with "%", "#" or "?" stays the same
-// file name; building the URL is the costliest step of the whole comparison, and this is its cheapest
-// exact form.
+// The installed-themes directory with the file name of a theme of the clone. Building the URL is the
+// costliest step of the whole comparison, so the directory's part of the path is made once.
 class DestinationMaker {
 public:
-    explicit DestinationMaker(const QUrl& directory) : m_directory(directory)
-    {
-        m_prefix = directory.path(QUrl::PrettyDecoded);
-        if (!m_prefix.endsWith(u'/'))
-            m_prefix += u'/';
-    }
+    explicit DestinationMaker(const QUrl& directory) : m_prefix(DirectoryEntries::pathPrefix(directory)) {}
 
-    QUrl destination(const QUrl& remoteFile) const
+    QUrl destination(const QString& remotePath) const
     {
-        const QString remotePath = remoteFile.path(QUrl::PrettyDecoded);
         const QStringView fileName = QStringView(remotePath).mid(remotePath.lastIndexOf(u'/') + 1);
         QString path;
         path.reserve(m_prefix.size() + fileName.size());
         path.append(m_prefix).append(fileName);
-        QUrl url = m_directory;
-        url.setPath(path, QUrl::TolerantMode);
-        return url;
+        return localFileURL(path);
     }
 
 private:
-    QUrl m_directory;
     QString m_prefix;
 };
 
@@ -79,7 +71,7 @@ NewTheme makeNewTheme(const RemoteTheme& remote, const DestinationMaker& destina
 {
     const StoredTheme& stored = remote.theme;
     return NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
-                    stored.theme.version, CopyCommand{stored.url, destinations.destination(stored.url)});
+                    stored.theme.version, CopyCommand{stored.url(), destinations.destination(stored.path)});
 }
 
 std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const LocalTheme& installed)
@@ -91,7 +83,7 @@ std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const Lo
         return std::nullopt;
     return UpdatedTheme(target.theme.identifier, source.theme.authors,
                         UpdatedTheme::VersionChange{target.theme.version, source.theme.version},
-                        CopyCommand{source.url, target.url});
+                        CopyCommand{source.url(), target.url()});
 }
 
 } // namespace

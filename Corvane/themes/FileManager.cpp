@@ -3,6 +3,8 @@
 #include "Corvane/differences/CopyCommand.h"
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
+#include "Corvane/themes/Descriptor.h"
+#include "Corvane/themes/LocalFileURL.h"
 #include "Corvane/themes/RegularFile.h"
 
 #include <QDir>
@@ -36,27 +38,6 @@ QString parentOf(const QString& path)
         return QStringLiteral("/");
     return path.left(slash);
 }
-
-// Closes a descriptor once; remembers the first error of closing, which for a written file is a
-// write error the file system reported late.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-    int get() const { return m_descriptor; }
-    int close()
-    {
-        if (m_descriptor < 0)
-            return 0;
-        const int result = ::close(std::exchange(m_descriptor, -1));
-        return result == 0 ? 0 : errno;
-    }
-
-private:
-    int m_descriptor;
-};
 
 // Writes all of the source into the target; 0 or the errno of the failure.
 int copyContent(int source, int target)
@@ -151,15 +132,14 @@ std::shared_ptr<FileManager> FileManager::shared()
     return instance;
 }
 
-Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const QUrl& directory) const
+Result<DirectoryEntries, DirectoryListingError> FileManager::entriesInDirectory(const QUrl& directory) const
 {
     const auto notADirectory = [&directory] {
         return std::unexpected(DirectoryListingError(DirectoryListingError::NotADirectory{directory}));
     };
     if (!directory.isLocalFile())
         return notADirectory();
-    QString base = directory.toLocalFile();
-    const QByteArray encoded = QFile::encodeName(base);
+    const QByteArray encoded = QFile::encodeName(directory.toLocalFile());
     struct stat status;
     if (encoded.isEmpty() || ::stat(encoded.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
         return notADirectory();
@@ -171,11 +151,7 @@ Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const Q
     }
     const std::unique_ptr<DIR, int (*)(DIR*)> closer(listing, ::closedir);
 
-    if (!base.endsWith(u'/'))
-        base += u'/';
-    QList<QUrl> files;
-    QString path = base;
-    path.reserve(base.size() + 256);
+    DirectoryEntries entries;
     while (true) {
         errno = 0;
         const dirent* entry = ::readdir(listing);
@@ -197,20 +173,25 @@ Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const Q
             struct stat entryStatus;
             if (::fstatat(::dirfd(listing), name, &entryStatus, AT_SYMLINK_NOFOLLOW) != 0)
                 continue; // gone since it was listed
-            type = S_ISDIR(entryStatus.st_mode) ? DT_DIR : DT_REG;
+            type = S_ISDIR(entryStatus.st_mode) ? DT_DIR : S_ISREG(entryStatus.st_mode) ? DT_REG : DT_UNKNOWN;
         }
         if (type == DT_DIR)
             continue;
-        // One path buffer for every entry: most names are ASCII and need no conversion of their own.
-        path.truncate(base.size());
-        const std::size_t length = std::strlen(name);
-        if (std::all_of(name, name + length, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; }))
-            path.append(QLatin1StringView(name, static_cast<qsizetype>(length)));
-        else
-            path.append(QFile::decodeName(QByteArray::fromRawData(name, static_cast<qsizetype>(length))));
-        files.append(QUrl::fromLocalFile(path));
+        entries.append(QByteArrayView(name), type == DT_REG);
     }
-    return files;
+    return entries;
+}
+
+Result<QList<QUrl>, DirectoryListingError> FileManager::filesInDirectory(const QUrl& directory) const
+{
+    return map(entriesInDirectory(directory), [&directory](const DirectoryEntries& entries) {
+        const QString base = DirectoryEntries::pathPrefix(directory);
+        QList<QUrl> files;
+        files.reserve(entries.size());
+        for (qsizetype index = 0; index < entries.size(); ++index)
+            files.append(localFileURL(DirectoryEntries::localPath(base, entries[index].encodedName)));
+        return files;
+    });
 }
 
 Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& directory) const

@@ -25,6 +25,8 @@ public:
     // a directory (reading it as a theme then fails, naming the file), and a link to the directory
     // itself may be given.
     Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl& directory) const override;
+    // The same entries as names, read straight from the system's listing.
+    Result<DirectoryEntries, DirectoryListingError> entriesInDirectory(const QUrl& directory) const override;
     // Creates the directory and its missing parents; a file standing in the way fails, naming it.
     Result<void, AnyError> createDirectoryIfNeeded(const QUrl& directory) const override;
     // Crash-safe replace: the source goes to a temporary file beside the destination first, then the

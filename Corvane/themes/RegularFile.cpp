@@ -70,40 +70,56 @@ QString RegularFile::describeTooLarge(std::size_t size, std::size_t limit)
 
 Result<RegularFile, TextError> RegularFile::open(const QString& path)
 {
-    const QByteArray encoded = QFile::encodeName(path);
+    return openAt(AT_FDCWD, QFile::encodeName(path).constData(), false);
+}
+
+Result<RegularFile, TextError> RegularFile::openAt(int directoryDescriptor, const char* name, bool listedAsRegularFile)
+{
     // Non-blocking, so that a FIFO without a writer opens at once and is refused below.
     int descriptor;
     do {
-        descriptor = ::open(encoded.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+        descriptor = ::openat(directoryDescriptor, name, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     } while (descriptor < 0 && errno == EINTR);
     if (descriptor < 0) {
         const int code = errno;
         struct stat status;
         // A socket cannot be opened at all (ENXIO): say what stands there rather than the bare errno.
-        if (code != ENOENT && ::stat(encoded.constData(), &status) == 0 && !S_ISREG(status.st_mode))
+        if (code != ENOENT && ::fstatat(directoryDescriptor, name, &status, 0) == 0 && !S_ISREG(status.st_mode))
             return fail(describeNotRegular(status.st_mode));
         return fail(describeErrno(code));
     }
-    struct stat status;
-    if (::fstat(descriptor, &status) != 0) {
-        const int code = errno;
-        ::close(descriptor);
-        return fail(describeErrno(code));
-    }
-    if (!S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        return fail(describeNotRegular(status.st_mode));
-    }
-    return RegularFile(descriptor, static_cast<std::size_t>(status.st_size), status.st_mode);
+    if (listedAsRegularFile)
+        return RegularFile(descriptor, 0, 0, false);
+    RegularFile file(descriptor, 0, 0, false);
+    auto known = file.learnStatus();
+    if (!known)
+        return std::unexpected(std::move(known.error()));
+    return file;
 }
 
-RegularFile::RegularFile(int descriptor, std::size_t size, mode_t mode)
-    : m_descriptor(descriptor), m_size(size), m_mode(mode)
+Result<void, TextError> RegularFile::learnStatus()
+{
+    struct stat status;
+    if (::fstat(m_descriptor, &status) != 0)
+        return fail(describeErrno(errno));
+    if (!S_ISREG(status.st_mode))
+        return fail(describeNotRegular(status.st_mode));
+    m_size = static_cast<std::size_t>(status.st_size);
+    m_mode = status.st_mode;
+    m_statusKnown = true;
+    return {};
+}
+
+RegularFile::RegularFile(int descriptor, std::size_t size, mode_t mode, bool statusKnown)
+    : m_descriptor(descriptor), m_size(size), m_mode(mode), m_statusKnown(statusKnown)
 {
 }
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : m_descriptor(std::exchange(other.m_descriptor, -1)), m_size(other.m_size), m_mode(other.m_mode)
+    : m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_size(other.m_size)
+    , m_mode(other.m_mode)
+    , m_statusKnown(other.m_statusKnown)
 {
 }
 
@@ -115,6 +131,7 @@ RegularFile& RegularFile::operator=(RegularFile&& other) noexcept
         m_descriptor = std::exchange(other.m_descriptor, -1);
         m_size = other.m_size;
         m_mode = other.m_mode;
+        m_statusKnown = other.m_statusKnown;
     }
     return *this;
 }
@@ -128,10 +145,6 @@ RegularFile::~RegularFile()
 Result<std::size_t, TextError> RegularFile::readAll(std::unique_ptr<char[]>& buffer, std::size_t& capacity,
                                                     std::size_t padding, std::size_t limit)
 {
-    // Refuse an oversized file before reading any of it: a sparse 1 GB file costs nothing.
-    if (m_size > limit)
-        return fail(describeTooLarge(m_size, limit));
-
     const auto reserve = [&](std::size_t wanted) {
         if (wanted + padding <= capacity)
             return;
@@ -143,19 +156,48 @@ Result<std::size_t, TextError> RegularFile::readAll(std::unique_ptr<char[]>& buf
         buffer = std::move(larger);
         capacity = grown;
     };
+    const auto readSome = [&](std::size_t offset, std::size_t count) {
+        ssize_t read;
+        do {
+            read = ::read(m_descriptor, buffer.get() + offset, count);
+        } while (read < 0 && errno == EINTR);
+        return read;
+    };
+
+    std::size_t length = 0;
+    if (!m_statusKnown) {
+        // A file listed as regular: one read into the buffer usually takes it whole, and a short read
+        // of a regular file is its end. Only a file that fills the buffer is asked for its size.
+        reserve(std::max<std::size_t>(capacity > padding ? capacity - padding : 0, firstReadSize));
+        const std::size_t room = capacity - padding;
+        const ssize_t first = readSome(0, room);
+        if (first >= 0 && static_cast<std::size_t>(first) < room) {
+            if (static_cast<std::size_t>(first) > limit)
+                return fail(describeTooLarge(static_cast<std::size_t>(first), limit));
+            std::memset(buffer.get() + first, 0, padding);
+            return static_cast<std::size_t>(first);
+        }
+        const int code = errno;
+        // Whatever the listed file is, or whatever replaced it since, its status tells.
+        if (auto known = learnStatus(); !known)
+            return std::unexpected(std::move(known.error()));
+        if (first < 0)
+            return fail(describeErrno(code));
+        length = room;
+    }
+
+    // Refuse an oversized file before reading any (more) of it: a sparse 1 GB file costs nothing.
+    if (m_size > limit)
+        return fail(describeTooLarge(m_size, limit));
 
     // Ask for one byte more than the size: a short read of exactly the size means the end of the
     // file, without a further read call; a file that grew since it was opened is read on.
-    std::size_t wanted = m_size + 1;
-    std::size_t length = 0;
+    std::size_t wanted = std::max(m_size, length) + 1;
     reserve(wanted);
     while (true) {
-        const ssize_t count = ::read(m_descriptor, buffer.get() + length, wanted - length);
-        if (count < 0) {
-            if (errno == EINTR)
-                continue;
+        const ssize_t count = readSome(length, wanted - length);
+        if (count < 0)
             return fail(describeErrno(errno));
-        }
         if (count == 0)
             break;
         length += static_cast<std::size_t>(count);

@@ -17,15 +17,23 @@ namespace corvane {
 // Failure texts say what is wrong; the caller's text names the file.
 class RegularFile {
 public:
+    // How much a file of unknown size is first read with: far more than any real theme file.
+    static constexpr std::size_t firstReadSize = 64 * 1024;
+
     // Follows symbolic links, like reading any file does.
     static Result<RegularFile, TextError> open(const QString& path);
+    // Opens `name` relative to the directory open as `directoryDescriptor` (an absolute name as it
+    // is). A file its directory listing saw as a regular file is not asked again what it is: readAll
+    // learns its size by reading it, which spares a system call per file of a large directory.
+    static Result<RegularFile, TextError> openAt(int directoryDescriptor, const char* name, bool listedAsRegularFile);
 
     RegularFile(RegularFile&& other) noexcept;
     RegularFile& operator=(RegularFile&& other) noexcept;
     ~RegularFile();
 
     int descriptor() const { return m_descriptor; }
-    // Size and permissions as the file had them when it was opened.
+    // Size and permissions as the file had them when it was opened (by open, or by openAt of a file
+    // not listed as regular).
     std::size_t size() const { return m_size; }
     mode_t mode() const { return m_mode; }
 
@@ -40,11 +48,16 @@ public:
     static QString describeTooLarge(std::size_t size, std::size_t limit);
 
 private:
-    RegularFile(int descriptor, std::size_t size, mode_t mode);
+    RegularFile(int descriptor, std::size_t size, mode_t mode, bool statusKnown = true);
+
+    static Result<RegularFile, TextError> checked(int descriptor);
+    // Learns size and kind from the open file; fails for anything but a regular file.
+    Result<void, TextError> learnStatus();
 
     int m_descriptor;
     std::size_t m_size;
     mode_t m_mode;
+    bool m_statusKnown;
 };
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Corvane/themes/LocalFileURL.h"
 #include "Corvane/themes/Theme.h"
 
 #include <QUrl>
@@ -8,8 +9,12 @@ namespace corvane {
 
 // A decoded theme with the file it was read from.
 struct StoredTheme {
-    QUrl url;
+    // The file's local path. Its URL is made only when asked for: a reading of thousands of themes
+    // needs the URLs of just the few that get installed.
+    QString path;
     Theme theme;
+
+    QUrl url() const { return localFileURL(path); }
 };
 
 // A theme file of the local clone of the remote repository.

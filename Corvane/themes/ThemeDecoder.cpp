@@ -3,6 +3,10 @@
 #include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/ThemeJsonParser.h"
 
+#include <QFile>
+
+#include <fcntl.h>
+
 namespace corvane {
 
 namespace {
@@ -14,16 +18,24 @@ ThemeDecoder::~ThemeDecoder() = default;
 
 Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file)
 {
-    return decodeTheme(file, file.toLocalFile());
+    return decode(RegularFile::open(file.toLocalFile()), [&file] { return file; });
 }
 
-Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file, const QString& localPath)
+Result<Theme, JSONDecodingError> ThemeDecoder::decodeListedTheme(int directoryDescriptor,
+                                                                 const DirectoryEntries::Entry& entry,
+                                                                 const std::function<QUrl()>& fileURL)
 {
-    const auto readingFailed = [&file](TextError error) {
-        return std::unexpected(JSONDecodingError(JSONDecodingError::DataReadingFailed{file, std::move(error)}));
+    return decode(RegularFile::openAt(directoryDescriptor, entry.encodedName.data(), entry.listedAsRegularFile),
+                  fileURL);
+}
+
+Result<Theme, JSONDecodingError> ThemeDecoder::decode(Result<RegularFile, TextError> opened,
+                                                      const std::function<QUrl()>& fileURL)
+{
+    const auto readingFailed = [&fileURL](TextError error) {
+        return std::unexpected(JSONDecodingError(JSONDecodingError::DataReadingFailed{fileURL(), std::move(error)}));
     };
 
-    auto opened = RegularFile::open(localPath);
     if (!opened)
         return readingFailed(std::move(opened.error()));
     auto length = opened->readAll(m_buffer, m_capacity, ThemeJsonParser::padding, maximumFileSize);
@@ -39,7 +51,7 @@ Result<Theme, JSONDecodingError> ThemeDecoder::decodeTheme(const QUrl& file, con
         m_capacity = 0;
     }
     if (!theme)
-        return std::unexpected(JSONDecodingError(JSONDecodingError::JSONDecodingFailed{file, std::move(theme.error())}));
+        return std::unexpected(JSONDecodingError(JSONDecodingError::JSONDecodingFailed{fileURL(), std::move(theme.error())}));
     return std::move(*theme);
 }
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "Corvane/module/Result.h"
+#include "Corvane/themes/DirectoryEntries.h"
 #include "Corvane/themes/JSONDecodingError.h"
+#include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/Theme.h"
 
 #include <QUrl>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 
 namespace corvane {
@@ -27,10 +30,14 @@ public:
     // Only a regular file (after following links) is read: a named pipe or socket named like a theme
     // fails at once instead of blocking the reading.
     Result<Theme, JSONDecodingError> decodeTheme(const QUrl& file);
-    // The same for a file whose local path the caller already has.
-    Result<Theme, JSONDecodingError> decodeTheme(const QUrl& file, const QString& localPath);
+    // The same for a file a directory listing found, opened relative to that directory (open as
+    // `directoryDescriptor`). `fileURL` gives the file's URL, which only a failure's text needs.
+    Result<Theme, JSONDecodingError> decodeListedTheme(int directoryDescriptor, const DirectoryEntries::Entry& entry,
+                                                       const std::function<QUrl()>& fileURL);
 
 private:
+    Result<Theme, JSONDecodingError> decode(Result<RegularFile, TextError> opened, const std::function<QUrl()>& fileURL);
+
     std::unique_ptr<ThemeJsonParser> m_parser; // made on first use
     // The bytes of the file being decoded; kept between files so reading allocates nothing.
     std::unique_ptr<char[]> m_buffer;

@@ -1,7 +1,14 @@
 #include "Corvane/themes/ThemeReader.h"
 
+#include "Corvane/themes/Descriptor.h"
+
+#include <QFile>
+
 #include <algorithm>
+#include <cstdint>
 #include <vector>
+
+#include <fcntl.h>
 
 namespace corvane {
 
@@ -11,49 +18,80 @@ ThemeReader::ThemeReader(std::shared_ptr<ThemeDecoder> themeDecoder,
 {
 }
 
+namespace {
+
+// A UTF-16 unit's place in code point order: QString orders units, which puts a character beyond
+// U+FFFF (a surrogate pair, D800-DFFF) before U+E000-U+FFFF. Shifting the surrogates after
+// U+FFFF and U+E000-U+FFFF down by 0x800 keeps every rank within 16 bits.
+std::uint16_t codePointRank(QChar unit)
+{
+    const char16_t value = unit.unicode();
+    if (value >= 0xE000)
+        return static_cast<std::uint16_t>(value - 0x800);
+    if (value >= 0xD800)
+        return static_cast<std::uint16_t>(value + 0x2000);
+    return value;
+}
+
+} // namespace
+
 bool ThemeReader::isThemeFileName(QStringView fileName)
 {
     return fileName.endsWith(u".theme.json");
 }
 
-bool ThemeReader::nameOrdersBefore(const QString& left, const QString& right)
+bool ThemeReader::isThemeFileName(QByteArrayView encodedFileName)
 {
-    // QString orders UTF-16 code units, which puts a character beyond U+FFFF (a surrogate pair,
-    // D800-DFFF) before U+E000-U+FFFF. Only the first differing unit decides, so shifting just that
-    // pair of units into code point order is enough.
+    // The ending is ASCII, which every encoding of file names the system uses spells the same.
+    return encodedFileName.endsWith(".theme.json");
+}
+
+bool ThemeReader::nameOrdersBefore(QStringView left, QStringView right)
+{
+    // Only the first differing unit decides, so ranking just that pair is enough.
     const auto [mine, theirs] = std::mismatch(left.cbegin(), left.cend(), right.cbegin(), right.cend());
     if (theirs == right.cend())
         return false; // equal, or right is a prefix of left
     if (mine == left.cend())
         return true; // left is a proper prefix of right
-    const auto rank = [](QChar unit) {
-        const char16_t value = unit.unicode();
-        if (value >= 0xE000)
-            return static_cast<int>(value) - 0x800;
-        if (value >= 0xD800)
-            return static_cast<int>(value) + 0x2000;
-        return static_cast<int>(value);
-    };
-    return rank(*mine) < rank(*theirs);
+    return codePointRank(*mine) < codePointRank(*theirs);
 }
 
 Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUrl& directory) const
 {
-    auto files = m_directoryLister->filesInDirectory(directory);
-    if (!files)
-        return std::unexpected(ThemeDecodingError{std::move(files.error())});
+    auto entries = m_directoryLister->entriesInDirectory(directory);
+    if (!entries)
+        return std::unexpected(ThemeDecodingError{std::move(entries.error())});
+
+    const QString prefix = DirectoryEntries::pathPrefix(directory);
+    // Files are opened relative to the listed directory, so the system resolves one name per file
+    // instead of the whole path. Should the directory have gone since the listing, its files fail to
+    // open by their full paths, each with the reason the system gives.
+    const QByteArray encodedPrefix = QFile::encodeName(prefix);
+    const Descriptor listed(::open(encodedPrefix.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    QByteArray fullName;
 
     QList<StoredTheme> themes;
-    themes.reserve(files->size());
-    for (const QUrl& file : std::as_const(*files)) {
-        // The path ends with the file name, and is needed for opening the file anyway.
-        const QString path = file.isLocalFile() ? file.toLocalFile() : file.path();
-        if (!isThemeFileName(path))
+    themes.reserve(entries->size());
+    for (qsizetype index = 0; index < entries->size(); ++index) {
+        DirectoryEntries::Entry entry = (*entries)[index];
+        const QByteArrayView name = entry.encodedName;
+        if (!isThemeFileName(name))
             continue;
-        auto theme = m_themeDecoder->decodeTheme(file, path);
+        int base = listed.get();
+        if (base < 0) {
+            base = AT_FDCWD;
+            if (!entry.encodedName.startsWith('/')) {
+                fullName = encodedPrefix + entry.encodedName.toByteArray();
+                entry.encodedName = fullName;
+            }
+        }
+        auto theme = m_themeDecoder->decodeListedTheme(base, entry, [&] {
+            return QUrl::fromLocalFile(DirectoryEntries::localPath(prefix, name));
+        });
         if (!theme)
             return std::unexpected(ThemeDecodingError{std::move(theme.error())});
-        themes.append(StoredTheme{file, std::move(*theme)});
+        themes.append(StoredTheme{DirectoryEntries::localPath(prefix, name), std::move(*theme)});
     }
 
     return sortedByName(std::move(themes));
@@ -61,30 +99,47 @@ Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUr
 
 QList<StoredTheme> ThemeReader::sortedByName(QList<StoredTheme> themes)
 {
-    // Sorting small keys and moving each theme once is cheaper than moving themes around.
+    // Sorting small keys and moving each theme once is cheaper than moving themes around. A key
+    // carries the first twelve units of its name, ranked in code point order, packed into three numbers:
+    // most comparisons end there, without reaching for the name's characters elsewhere in memory.
     struct Key {
-        const QString* name;
+        std::uint64_t prefix[3];
+        QStringView name;
         qsizetype index;
     };
     std::vector<Key> keys;
     keys.reserve(static_cast<std::size_t>(themes.size()));
     // Without any unit from U+D800 on, UTF-16 order is code point order and QString's own
-    // (vectorised) comparison can be used.
+    // (vectorised) comparison can be used for names with equal prefixes.
     bool beyondSurrogates = false;
     for (qsizetype index = 0; index < themes.size(); ++index) {
         const QString& name = themes[index].theme.identifier.canonicalName();
-        keys.push_back(Key{&name, index});
+        Key key{{0, 0, 0}, name, index};
+        for (qsizetype unit = 0; unit < std::min<qsizetype>(name.size(), 12); ++unit)
+            key.prefix[unit / 4] |= std::uint64_t(codePointRank(name[unit])) << (48 - 16 * (unit % 4));
+        keys.push_back(key);
         if (!beyondSurrogates)
             beyondSurrogates = std::any_of(name.cbegin(), name.cend(), [](QChar unit) { return unit.unicode() >= 0xD800; });
     }
+    const auto prefixOrder = [](const Key& left, const Key& right) {
+        if (left.prefix[0] != right.prefix[0])
+            return left.prefix[0] < right.prefix[0] ? -1 : 1;
+        if (left.prefix[1] != right.prefix[1])
+            return left.prefix[1] < right.prefix[1] ? -1 : 1;
+        if (left.prefix[2] != right.prefix[2])
+            return left.prefix[2] < right.prefix[2] ? -1 : 1;
+        return 0;
+    };
     // Equal names keep their listing order: the dark and the light variant of one theme stay as listed.
     if (beyondSurrogates) {
-        std::stable_sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
-            return nameOrdersBefore(*left.name, *right.name);
+        std::stable_sort(keys.begin(), keys.end(), [&](const Key& left, const Key& right) {
+            const int order = prefixOrder(left, right);
+            return order != 0 ? order < 0 : nameOrdersBefore(left.name, right.name);
         });
     } else {
-        std::stable_sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
-            return QtPrivate::compareStrings(*left.name, *right.name, Qt::CaseSensitive) < 0;
+        std::stable_sort(keys.begin(), keys.end(), [&](const Key& left, const Key& right) {
+            const int order = prefixOrder(left, right);
+            return order != 0 ? order < 0 : QtPrivate::compareStrings(left.name, right.name, Qt::CaseSensitive) < 0;
         });
     }
     QList<StoredTheme> sorted;

@@ -24,10 +24,11 @@ public:
     // Whether a file of this name is a theme file: a plain, case-sensitive test of the name's end, so
     // "x.THEME.JSON" and "x.theme.json.bak" are not theme files and ".theme.json" is one.
     static bool isThemeFileName(QStringView fileName);
+    static bool isThemeFileName(QByteArrayView encodedFileName);
 
     // The order of theme names (their composed forms): by Unicode code points, not UTF-16 units, so a
     // character beyond U+FFFF sorts after U+FFFD; no locale rules and no case folding ("Zen" before "alpha").
-    static bool nameOrdersBefore(const QString& canonicalName, const QString& otherCanonicalName);
+    static bool nameOrdersBefore(QStringView canonicalName, QStringView otherCanonicalName);
 
     // Themes in the order of their names (stable, so equal names keep their order).
     static QList<StoredTheme> sortedByName(QList<StoredTheme> themes);

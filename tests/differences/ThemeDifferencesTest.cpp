@@ -24,7 +24,7 @@ template <typename T> QList<T> themes(const QString& directory, const QStringLis
     QList<T> list;
     for (const QString& theme : compact) {
         const QStringList f = theme.split(u'|');
-        list.append(T{StoredTheme{QUrl::fromLocalFile(directory + u'/' + f[0]),
+        list.append(T{StoredTheme{directory + u'/' + f[0],
                                   Theme{Theme::Identifier(f[1], f[2] == u"dark" ? Theme::Style::dark : Theme::Style::light),
                                         f.size() > 4 ? f[4].split(u',') : QStringList{}, *Version::fromString(f[3])}}});
     }
@@ -56,13 +56,14 @@ QList<ThemeDifference> literalDifferences(const QList<RemoteTheme>& remote, cons
         return std::pair(t.identifier.style(), t.identifier.name().normalized(QString::NormalizationForm_C));
     };
     QList<ThemeDifference> added, updated;
-    for (const auto& [url, theme] : remote | std::views::transform(&RemoteTheme::theme)) {
+    for (const auto& [path, theme] : remote | std::views::transform(&RemoteTheme::theme)) {
+        const QUrl url = QUrl::fromLocalFile(path);
         const auto match = std::ranges::find_if(installed, [&](auto& l) { return key(l.theme.theme) == key(theme); });
         if (match == installed.end())
             added << NewTheme(theme.identifier.name(), theme.identifier.style(), theme.authors, theme.version,
                               CopyCommand{url, QUrl::fromLocalFile(installedDir + u'/' + url.fileName())});
         else if (const StoredTheme& old = match->theme; old.theme.version < theme.version)
-            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version}, {url, old.url});
+            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version}, {url, old.url()});
     }
     return added + updated;
 }

@@ -24,7 +24,7 @@ QStringList namesOf(const QList<RemoteTheme>& themes, const QString& directory)
 {
     QStringList names;
     for (const RemoteTheme& theme : themes)
-        names << theme.theme.theme.identifier.name() + (QFileInfo(theme.theme.url.toLocalFile()).path() == directory ? "" : "?");
+        names << theme.theme.theme.identifier.name() + (QFileInfo(theme.theme.path).path() == directory ? "" : "?");
     return names;
 }
 

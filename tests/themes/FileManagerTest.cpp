@@ -29,6 +29,35 @@ class FileManagerTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // Listed URLs are made by hand for speed; they must be exactly the ones Qt makes of the paths.
+    void listsFilesAsQtsOwnURLs_data()
+    {
+        QTest::addColumn<QString>("directoryName");
+        QTest::addColumn<QString>("fileName");
+
+        QTest::newRow("plain") << "themes" << "a.theme.json";
+        QTest::newRow("URL delimiters and spaces") << "my themes" << "a #1? [x] {y} ;=&+$,!'()*@:~.theme.json";
+        QTest::newRow("percent signs") << "50%25" << "a%20b%41.theme.json"; // each a valid escape if taken as one
+        QTest::newRow("non-Latin and combining") << "\u591c" << "Cafe\u0301 \u043d\u043e\u0447\u044c \U0001F600.theme.json";
+        QTest::newRow("control characters") << "t" << "a\nb\tc\x01.theme.json";
+        QTest::newRow("backslash and quotes") << "t" << "a\\b\"c`d|e^.theme.json";
+    }
+
+    void listsFilesAsQtsOwnURLs()
+    {
+        QFETCH(QString, directoryName);
+        QFETCH(QString, fileName);
+
+        QTemporaryDir root;
+        const QString directory = root.filePath(directoryName);
+        QVERIFY(QDir().mkpath(directory));
+        const QString path = writeFile(directory, fileName, "{}");
+        const auto listed = FileManager::shared()->filesInDirectory(QUrl::fromLocalFile(directory));
+        QVERIFY(listed);
+        QCOMPARE(*listed, QList{QUrl::fromLocalFile(path)});
+        QCOMPARE(listed->first().toString(QUrl::FullyEncoded), QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
+    }
+
     // Installs clone/ember.theme.json as installed/ember.theme.json, which holds "old" unless the setup
     // says otherwise. In the error, {s} is the source, {d} the destination and {i} its directory.
     void installs_data()

@@ -14,6 +14,7 @@
 
 #include <cstring>
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -61,7 +62,7 @@ QStringList read(const QString& directory, std::shared_ptr<const DirectoryLister
         return {themes.error().errorDescription().replace(directory, "DIR")};
     QStringList read;
     for (const StoredTheme& stored : *themes)
-        read << stored.url.toLocalFile().mid(directory.size() + 1).chopped(11) + ':' + stored.theme.identifier.name();
+        read << stored.path.mid(directory.size() + 1).chopped(11) + ':' + stored.theme.identifier.name();
     return read;
 }
 
@@ -185,6 +186,10 @@ private slots:
                                                              << QStringList{"4:z", "3:\uE000", "2:\uFFFD", "1:\U0001F600"};
         QTest::newRow("variants as listed beside astral names") << QStringList{"\U0001F600|light", "X|light", "\U0001F600", "X"}
                                                                 << QStringList{"2:X", "4:X", "1:\U0001F600", "3:\U0001F600"};
+        const QString faces = QString("\U0001F600").repeated(6); // twelve UTF-16 units
+        QTest::newRow("long names alike in their first twelve units")
+            << QStringList{"Solarized Dark Blue", "Solarized Dar", "Solarized Dark Amber", faces + "b", faces + "a"}
+            << QStringList{"2:Solarized Dar", "3:Solarized Dark Amber", "1:Solarized Dark Blue", "5:" + faces + "a", "4:" + faces + "b"};
         QTest::newRow("first broken file as listed wins")
             << QStringList{"Good", "Zed|zed", "Abe|abe"} << QStringList{failed("decoding JSON", "2.theme.json", "Invalid style: zed")};
     }
@@ -226,6 +231,10 @@ private slots:
         QTest::newRow("sparse 1 GB, refused unread") << x << QByteArray("sparse") << tooLarge(1ll << 30);
         QTest::newRow("one byte over 4 MiB") << x << theme + QByteArray(4194305 - theme.size(), ' ') << tooLarge(4194305);
         QTest::newRow("exactly 4 MiB") << x << theme + QByteArray(4194304 - theme.size(), ' ') << "x:Big";
+        // A listed file is first read without asking its size: around the end of that first read (the
+        // white space leads, so a file cut short is broken JSON).
+        for (const int size : {65535, 65536, 65537})
+            QTest::addRow("%d bytes", size) << x << QByteArray(size - theme.trimmed().size(), ' ') + theme.trimmed() << "x:Big";
         for (const char* kind : {"a FIFO (named pipe)", "a socket", "a device"})
             QTest::addRow("%s", kind) << x << QByteArray(kind)
                                       << reading(QStringLiteral("It is not a regular file but %1.").arg(kind));
@@ -268,19 +277,30 @@ private slots:
         QCOMPARE(expected.endsWith(u'(') ? actual.left(expected.size()) : actual, expected); // "(": only the start
     }
 
+    void decoderReusesItsBuffersSafely_data()
+    {
+        QTest::addColumn<bool>("listedAsRegularFile");
+        QTest::newRow("asked what each file is") << false;
+        QTest::newRow("listed as regular, size learnt by reading") << true;
+    }
+
     // The decoder keeps its buffers between files: what follows a large file must not see its bytes.
     void decoderReusesItsBuffersSafely()
     {
+        QFETCH(bool, listedAsRegularFile);
         QTemporaryDir directory;
-        const QUrl small = QUrl::fromLocalFile(writeTheme(directory.path(), "s", "S", "light", {}, "1"));
-        const QUrl cut = QUrl::fromLocalFile(writeFile(directory.path(), "c", R"({"name": "S")"));
         ThemeDecoder decoder;
+        const auto decode = [&](const QString& path) {
+            const QByteArray name = QFile::encodeName(path);
+            return decoder.decodeListedTheme(AT_FDCWD, {name, listedAsRegularFile}, [&] { return QUrl::fromLocalFile(path); });
+        };
+        const QString small = writeTheme(directory.path(), "s", "S", "light", {}, "1");
+        const QString cut = writeFile(directory.path(), "c", R"({"name": "S")");
         for (const int padding : {100000, 1000000, 100000}) { // kept, given up, grown again
             const QByteArray json = themeJson("Large", "dark", {"A"}, "2").insert(1, "\"p\": \"" + QByteArray(padding, 'x') + "\",");
-            const QUrl large = QUrl::fromLocalFile(writeFile(directory.path(), "l", json));
-            QCOMPARE(decoder.decodeTheme(large)->identifier.name(), "Large");
-            QVERIFY(!decoder.decodeTheme(cut));
-            const auto theme = decoder.decodeTheme(small);
+            QCOMPARE(decode(writeFile(directory.path(), "l", json))->identifier.name(), "Large");
+            QVERIFY(!decode(cut));
+            const auto theme = decode(small);
             QVERIFY(theme && theme->identifier.name() == "S" && theme->authors.isEmpty());
         }
     }
