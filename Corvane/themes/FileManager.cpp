@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
@@ -88,9 +89,56 @@ bool isInATrash(const QString& trashedPath)
         || above == QLatin1StringView(".Trash");
 }
 
+// Whether a Trash that exists has something other than a folder where its "files" or "info" folder
+// belongs. Qt's move to the Trash tries name after name in "info" until it can make one there, and in
+// such a Trash it never can: it would never return.
+bool isBrokenTrash(const QString& trash)
+{
+    struct stat status;
+    if (::stat(QFile::encodeName(trash).constData(), &status) != 0)
+        return false; // made afresh when needed
+    if (!S_ISDIR(status.st_mode))
+        return true;
+    for (const QLatin1StringView part : {QLatin1StringView("/files"), QLatin1StringView("/info")}) {
+        const QByteArray folder = QFile::encodeName(trash + part);
+        struct stat linkStatus;
+        if (::lstat(folder.constData(), &linkStatus) == 0
+            && (::stat(folder.constData(), &status) != 0 || !S_ISDIR(status.st_mode)))
+            return true;
+    }
+    return false;
+}
+
+// The Trashes Qt may choose for an item: the user's own, and those at the top of the item's file
+// system when that is another one ("<top>/.Trash/<uid>", "<top>/.Trash-<uid>").
+QStringList trashesFor(const QString& path)
+{
+    QStringList trashes{QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash")};
+    struct stat item;
+    if (::lstat(QFile::encodeName(path).constData(), &item) != 0)
+        return trashes;
+    QString top = QFileInfo(path).absolutePath();
+    while (top != u'/') {
+        const QString parent = QFileInfo(top).absolutePath();
+        struct stat above;
+        if (::stat(QFile::encodeName(parent).constData(), &above) != 0 || above.st_dev != item.st_dev)
+            break;
+        top = parent;
+    }
+    const QString base = top == u'/' ? QString() : top;
+    const QString uid = QString::number(::getuid());
+    trashes << base + QStringLiteral("/.Trash/") + uid << base + QStringLiteral("/.Trash-") + uid;
+    return trashes;
+}
+
 // Moves one item to the Trash; empty on success, else the reason.
 QString moveToTrash(const QString& path)
 {
+    const QStringList trashes = trashesFor(path);
+    if (std::any_of(trashes.cbegin(), trashes.cend(), isBrokenTrash)) {
+        //% "The Trash refused it."
+        return localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
+    }
     QFile item(path);
     if (item.moveToTrash()) {
         if (isInATrash(item.fileName()))
