@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -88,12 +88,11 @@ Result<RegularFile, TextError> RegularFile::openAt(int directoryDescriptor, cons
             return fail(describeNotRegular(status.st_mode));
         return fail(describeErrno(code));
     }
-    if (listedAsRegularFile)
-        return RegularFile(descriptor, 0, 0, false);
-    RegularFile file(descriptor, 0, 0, false);
-    auto known = file.learnStatus();
-    if (!known)
-        return std::unexpected(std::move(known.error()));
+    RegularFile file(descriptor);
+    if (!listedAsRegularFile) {
+        if (auto known = file.learnStatus(); !known)
+            return std::unexpected(std::move(known.error()));
+    }
     return file;
 }
 
@@ -110,10 +109,7 @@ Result<void, TextError> RegularFile::learnStatus()
     return {};
 }
 
-RegularFile::RegularFile(int descriptor, std::size_t size, mode_t mode, bool statusKnown)
-    : m_descriptor(descriptor), m_size(size), m_mode(mode), m_statusKnown(statusKnown)
-{
-}
+RegularFile::RegularFile(int descriptor) : m_descriptor(descriptor) {}
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
     : m_descriptor(std::exchange(other.m_descriptor, -1))

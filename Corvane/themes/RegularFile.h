@@ -48,16 +48,16 @@ public:
     static QString describeTooLarge(std::size_t size, std::size_t limit);
 
 private:
-    RegularFile(int descriptor, std::size_t size, mode_t mode, bool statusKnown = true);
+    explicit RegularFile(int descriptor);
 
     static Result<RegularFile, TextError> checked(int descriptor);
     // Learns size and kind from the open file; fails for anything but a regular file.
     Result<void, TextError> learnStatus();
 
     int m_descriptor;
-    std::size_t m_size;
-    mode_t m_mode;
-    bool m_statusKnown;
+    std::size_t m_size = 0;
+    mode_t m_mode = 0;
+    bool m_statusKnown = false; // size and mode learnt
 };
 
 } // namespace corvane

@@ -3,10 +3,6 @@
 #include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/ThemeJsonParser.h"
 
-#include <QFile>
-
-#include <fcntl.h>
-
 namespace corvane {
 
 namespace {
