@@ -68,11 +68,11 @@ QList<ThemeDifference> literalScan(const QUrl& directory, const QList<RemoteThem
             if (groups & newThemes)
                 added.append(NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
                                   stored.theme.version,
-                                  CopyCommand{stored.url(), QUrl::fromLocalFile(prefix + QFileInfo(stored.path).fileName())}));
+                                  CopyCommand{stored.path, prefix + QFileInfo(stored.path).fileName()}));
         } else if ((groups & updatedThemes) && match->theme.theme.version < stored.theme.version) {
             updated.append(UpdatedTheme(match->theme.theme.identifier, stored.theme.authors,
                                         {match->theme.theme.version, stored.theme.version},
-                                        CopyCommand{stored.url(), match->theme.url()}));
+                                        CopyCommand{stored.path, match->theme.path}));
         }
     }
     return added + updated;

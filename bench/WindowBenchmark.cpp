@@ -28,8 +28,7 @@ QList<ThemeEntry> manyRows()
                                QStringLiteral("Ann Author, Bo Builder"),
                                row % 2 ? std::optional(QStringLiteral("1.%1.0").arg(row)) : std::nullopt,
                                QStringLiteral("2.%1.0").arg(row),
-                               CopyCommand{QUrl::fromLocalFile(QStringLiteral("/clone/Themes/") + file),
-                                           QUrl::fromLocalFile(QStringLiteral("/installed/") + file)}});
+                               CopyCommand{QStringLiteral("/clone/Themes/") + file, QStringLiteral("/installed/") + file}});
     }
     return rows;
 }

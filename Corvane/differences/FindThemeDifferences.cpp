@@ -1,7 +1,6 @@
 #include "Corvane/differences/FindThemeDifferences.h"
 
 #include "Corvane/themes/DirectoryEntries.h"
-#include "Corvane/themes/LocalFileURL.h"
 
 #include <QHash>
 
@@ -48,19 +47,18 @@ private:
     QHash<IdentifierRef, const LocalTheme*> m_first;
 };
 
-// The installed-themes directory with the file name of a theme of the clone. Building the URL is the
-// costliest step of the whole comparison, so the directory's part of the path is made once.
+// The path in the installed-themes directory of a theme file of the clone: the same file name.
 class DestinationMaker {
 public:
     explicit DestinationMaker(const QUrl& directory) : m_prefix(DirectoryEntries::pathPrefix(directory)) {}
 
-    QUrl destination(const QString& remotePath) const
+    QString destination(const QString& remotePath) const
     {
         const QStringView fileName = QStringView(remotePath).mid(remotePath.lastIndexOf(u'/') + 1);
         QString path;
         path.reserve(m_prefix.size() + fileName.size());
         path.append(m_prefix).append(fileName);
-        return localFileURL(path);
+        return path;
     }
 
 private:
@@ -71,7 +69,7 @@ NewTheme makeNewTheme(const RemoteTheme& remote, const DestinationMaker& destina
 {
     const StoredTheme& stored = remote.theme;
     return NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
-                    stored.theme.version, CopyCommand{stored.url(), destinations.destination(stored.path)});
+                    stored.theme.version, CopyCommand{stored.path, destinations.destination(stored.path)});
 }
 
 std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const LocalTheme& installed)
@@ -83,7 +81,7 @@ std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const Lo
         return std::nullopt;
     return UpdatedTheme(target.theme.identifier, source.theme.authors,
                         UpdatedTheme::VersionChange{target.theme.version, source.theme.version},
-                        CopyCommand{source.url(), target.url()});
+                        CopyCommand{source.path, target.path});
 }
 
 } // namespace

@@ -25,8 +25,7 @@ void ThemeEntryEventHandler::installThemes(const QList<CopyCommand>& commands)
         if (copied)
             continue;
         // The rest of the batch is abandoned and the list left as it is: the user decides first.
-        const QString fileName = command.sourceURL.fileName(QUrl::FullyDecoded);
-        if (!showCopyingFailedAlert(fileName, copied.error()))
+        if (!showCopyingFailedAlert(command.sourceFileName(), copied.error()))
             resetLocalThemeDirectories().reset();
         return;
     }

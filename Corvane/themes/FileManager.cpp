@@ -280,16 +280,15 @@ Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& director
 
 Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
 {
-    const QString sourcePath = command.sourceURL.toLocalFile();
-    const QString destinationPath = command.destinationURL.toLocalFile();
+    const QString& sourcePath = command.sourcePath;
+    const QString& destinationPath = command.destinationPath;
     const auto failed = [&](const QString& reason) {
         //% "Could not copy '%@' to '%@': %@"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.copy-failed"),
                                                "Could not copy '%@' to '%@': %@");
         return fail(fillPlaceholders(format, {sourcePath, destinationPath, reason}));
     };
-    if (!command.sourceURL.isLocalFile() || !command.destinationURL.isLocalFile() || sourcePath.isEmpty()
-        || destinationPath.isEmpty() || destinationPath.endsWith(u'/')) {
+    if (!QDir::isAbsolutePath(sourcePath) || !QDir::isAbsolutePath(destinationPath) || destinationPath.endsWith(u'/')) {
         //% "Both must be local file paths."
         return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.copy-not-local"),
                                       "Both must be local file paths."));

@@ -1,20 +1,17 @@
 #pragma once
 
-#include "Corvane/themes/LocalFileURL.h"
 #include "Corvane/themes/Theme.h"
 
-#include <QUrl>
+#include <QString>
 
 namespace corvane {
 
 // A decoded theme with the file it was read from.
 struct StoredTheme {
-    // The file's local path. Its URL is made only when asked for: a reading of thousands of themes
-    // needs the URLs of just the few that get installed.
+    // The file's local path: a URL for each of thousands of files read would cost more than reading
+    // them, and copying and showing a theme need only the path.
     QString path;
     Theme theme;
-
-    QUrl url() const { return localFileURL(path); }
 };
 
 // A theme file of the local clone of the remote repository.

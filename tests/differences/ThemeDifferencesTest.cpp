@@ -1,6 +1,7 @@
 #include "Corvane/differences/AsyncThemeDifferenceFinder.h"
 #include "Corvane/module/TextError.h"
 
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSemaphore>
 #include <QTest>
@@ -43,7 +44,7 @@ QStringList describe(const QList<ThemeDifference>& differences)
                      .arg(n ? "new" : "update", n ? n->name : u->identifier.name(),
                           (n ? n->style : u->identifier.style()) == Theme::Style::dark ? "dark" : "light",
                           n ? n->version.toString() : u->versionChange.from.toString() + " -> " + u->versionChange.to.toString(),
-                          (n ? n->authors : u->authors).join(", "), c.sourceURL.toLocalFile(), c.destinationURL.toLocalFile());
+                          (n ? n->authors : u->authors).join(", "), c.sourcePath, c.destinationPath);
     }
     return lines;
 }
@@ -57,13 +58,12 @@ QList<ThemeDifference> literalDifferences(const QList<RemoteTheme>& remote, cons
     };
     QList<ThemeDifference> added, updated;
     for (const auto& [path, theme] : remote | std::views::transform(&RemoteTheme::theme)) {
-        const QUrl url = QUrl::fromLocalFile(path);
         const auto match = std::ranges::find_if(installed, [&](auto& l) { return key(l.theme.theme) == key(theme); });
         if (match == installed.end())
             added << NewTheme(theme.identifier.name(), theme.identifier.style(), theme.authors, theme.version,
-                              CopyCommand{url, QUrl::fromLocalFile(installedDir + u'/' + url.fileName())});
+                              CopyCommand{path, installedDir + u'/' + QFileInfo(path).fileName()});
         else if (const StoredTheme& old = match->theme; old.theme.version < theme.version)
-            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version}, {url, old.url()});
+            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version}, {path, old.path});
     }
     return added + updated;
 }

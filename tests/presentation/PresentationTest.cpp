@@ -22,7 +22,7 @@ namespace {
 
 CopyCommand copyOf(const QString& name)
 {
-    return {QUrl::fromLocalFile("/clone/Themes/"_L1 + name), QUrl::fromLocalFile("/installed/"_L1 + name)};
+    return {"/clone/Themes/"_L1 + name, "/installed/"_L1 + name};
 }
 
 NewTheme newTheme(const QString& name) { return {name, Theme::Style::dark, {}, Version(1, 0, 0), copyOf(name)}; }
@@ -152,8 +152,7 @@ private slots:
         for (const auto file : {"a.theme.json"_L1, "b.theme.json"_L1, "c.theme.json"_L1}) {
             if (file != "b.theme.json"_L1 || alerts.isEmpty())
                 writeTheme(clone + "/Themes"_L1, file, file, u"dark"_s, {}, u"2.0.0"_s);
-            commands << CopyCommand{QUrl::fromLocalFile(clone + "/Themes/"_L1 + file),
-                                    QUrl::fromLocalFile(installed + u'/' + file)};
+            commands << CopyCommand{clone + "/Themes/"_L1 + file, installed + u'/' + file};
         }
         writeFile(installed, u"a.theme.json"_s, "old a");
         const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(clone),

@@ -106,7 +106,7 @@ private slots:
             writeFile(QFileInfo(trash.filesDirectory()).path(), "files", "");
         }
 
-        const auto copied = FileManager::shared()->copy({QUrl::fromLocalFile(source), QUrl::fromLocalFile(destination)});
+        const auto copied = FileManager::shared()->copy({source, destination});
         error.replace("{s}", source).replace("{d}", destination).replace("{i}", installed);
         QCOMPARE(error.endsWith(u' ') ? errorText(copied).left(error.size()) : errorText(copied), error);
         // Whatever happened, no temporary file is left (hidden ones included), and a failure leaves the old file.

@@ -95,7 +95,7 @@ int runInstall(const QStringList& arguments)
     for (const ThemeRow* row : chosen) {
         const auto copied = fileCopier->copy(row->entry.copyCommand);
         if (!copied) {
-            printError(copyingFailedMessage(row->entry.copyCommand.sourceURL.fileName()));
+            printError(copyingFailedMessage(row->entry.copyCommand.sourceFileName()));
             printError(copied.error().errorDescription());
             return failed;
         }

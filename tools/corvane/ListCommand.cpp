@@ -65,9 +65,9 @@ void appendJsonObject(QString& out, const ThemeEntry& entry)
     key("remoteVersion");
     appendJsonString(out, entry.remoteVersion);
     key("source");
-    appendJsonString(out, entry.copyCommand.sourceURL.toLocalFile());
+    appendJsonString(out, entry.copyCommand.sourcePath);
     key("destination");
-    appendJsonString(out, entry.copyCommand.destinationURL.toLocalFile());
+    appendJsonString(out, entry.copyCommand.destinationPath);
     out += u'}';
 }
 
