@@ -1,6 +1,9 @@
 #include "Corvane/module/CorvaneService.h"
 
+#include "Corvane/module/AnswerOnce.h"
+#include "Corvane/module/Dispatch.h"
 #include "Corvane/sources/OID.h"
+#include "Corvane/sources/RepositoryTimeOut.h"
 #include "Corvane/sources/SynchronizedRepository.h"
 
 namespace corvane {
@@ -23,6 +26,19 @@ ThemeRepositoryStatus CorvaneService::repositoryStatus(const std::optional<QStri
             return UpToDate{};
     }
     return UpdateAvailable{commitId->description()};
+}
+
+void CorvaneService::checkInBackground(std::optional<QString> sinceCommit, std::chrono::milliseconds timeLimit,
+                                       std::function<void(ThemeRepositoryStatus)> result) const
+{
+    auto pending = std::make_shared<AnswerOnce<ThemeRepositoryStatus>>(std::move(result));
+    dispatchBackground([service = *this, sinceCommit = std::move(sinceCommit), pending] {
+        ThemeRepositoryStatus status = service.repositoryStatus(sinceCommit);
+        dispatchMain([pending, status = std::move(status)]() mutable { pending->answer(std::move(status)); });
+    });
+    AnswerOnce<ThemeRepositoryStatus>::limit(
+        pending, timeLimit,
+        RepositoryCheckFailure{repositoryTimeOut(m_configuration.remoteThemeRepositoryURL(), timeLimit)});
 }
 
 } // namespace corvane

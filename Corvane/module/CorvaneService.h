@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <optional>
 
 namespace corvane {
@@ -14,8 +16,18 @@ class CorvaneService {
 public:
     explicit CorvaneService(Configuration configuration) : m_configuration(std::move(configuration)) {}
 
+    // A check's time allowed, as for the window's comparison: git has no time limit of its own for a
+    // server that accepts the connection and then stays silent.
+    static constexpr std::chrono::milliseconds defaultTimeLimit = std::chrono::minutes(5);
+
     // Blocks for the whole synchronisation; run it off the main thread.
     ThemeRepositoryStatus repositoryStatus(const std::optional<QString>& sinceCommit) const;
+
+    // Checks on the background pool and answers once, on the main thread, never within the call: with
+    // the check's status, or with a failure saying the repository did not answer within timeLimit (a
+    // late status is then dropped).
+    void checkInBackground(std::optional<QString> sinceCommit, std::chrono::milliseconds timeLimit,
+                           std::function<void(ThemeRepositoryStatus)> result) const;
 
 private:
     Configuration m_configuration;
