@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Version/Version.h"
 
 #include <QTextBoundaryFinder>

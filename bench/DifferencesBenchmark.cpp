@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The comparison of remote and installed themes at the scale of a large curated collection: the
 // indexed comparison the updater runs against the plain "scan the installed list from its start for
 // each remote theme" rule it must agree with.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The updater window off screen with 10,000 rows: from handing the rows to the window to its first
 // complete paint, one scrolled frame at a time from top to bottom, and what the rows cost in memory.
 #include "Corvane/ui/CorvaneWindowController.h"

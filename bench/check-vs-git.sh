@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Times `corvane check` against the git command line doing the same question by hand.
 #
 #   bench/check-vs-git.sh [CORVANE] [WORKDIR]

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Times `corvane list` against three peers on one workload and measures everyone's peak memory.
 #
 #   bench/compare-list.sh [CORVANE] [WORKDIR]

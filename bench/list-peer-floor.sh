@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Peer (c), the floor: the same two git commands and reading every theme file once, computing nothing.
 # usage: list-peer-floor.sh CLONE INSTALLED
 set -e

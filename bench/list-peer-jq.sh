@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Peer (b): git brings the clone to origin/master, one jq run computes the rows.
 # usage: list-peer-jq.sh CLONE INSTALLED
 set -e

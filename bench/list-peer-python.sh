@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Peer (a): git brings the clone to origin/master, Python's json and a dict compute the rows.
 # usage: list-peer-python.sh CLONE INSTALLED
 set -e

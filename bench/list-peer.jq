@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The rows `corvane list` prints, computed by jq over every theme file of both directories at once.
 # jq has no Unicode normalisation: names are compared as written (enough for the benchmark's
 # workload, whose files are all in composed form).

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The rows `corvane list` prints, computed with Python's json and a dict: the plain peer.
 
 usage: list-peer.py THEMES_DIR INSTALLED_DIR

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Builds the workload the list comparisons run on.
 
 DIR/remote     a git repository (branch master) whose Themes directory holds COUNT theme files of about

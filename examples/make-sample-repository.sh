@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Makes a git repository of the sample themes with two commits on "master", the way a curated theme
 # repository grows: the first commit publishes some themes at older versions, the second brings every
 # theme of examples/sample-repository up to date. Prints the path of the new repository.

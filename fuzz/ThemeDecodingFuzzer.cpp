@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Theme files come from a remote repository: any bytes. Decoding never crashes or hangs, a failure
 // always has a description, and the parser reused across files (as a reading reuses it) gives the
 // same answer as a fresh one and as decoding in place from a padded buffer.

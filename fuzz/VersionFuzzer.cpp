@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Version texts come from theme files of a remote repository: any bytes, read as UTF-8. Reading one
 // never crashes, a version read from text is never negative, and printing it reads back the same.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Configures and builds Corvane into build/ (or $CORVANE_BUILD_DIR) with the tests.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Sets everything up and runs the demo host against the sample theme repository the project ships.
 # With a display the demo opens its window; without one it runs the same flow off screen, writes
 # screenshots of the demo and of the updater window, and prints what the updater offers.

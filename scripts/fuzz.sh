@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the fuzz targets with clang into build-fuzz/ (or $CORVANE_BUILD_DIR-fuzz) and runs each for
 # CORVANE_FUZZ_SECONDS seconds (60 by default) on a copy of its corpus, so the corpus in the tree
 # stays as it is. Exits non-zero on any finding; the inputs that found something are kept in the

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs what building, testing and running Corvane need, from Debian's packages, only when missing.
 set -euo pipefail
 

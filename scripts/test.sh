@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds Corvane and runs every test: the Qt Test programs through CTest, then the fuzzers for a
 # bounded time (CORVANE_FUZZ_SECONDS each, 60 by default).
 set -euo pipefail

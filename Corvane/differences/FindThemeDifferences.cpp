@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/differences/FindThemeDifferences.h"
 
 #include "Corvane/themes/DirectoryEntries.h"

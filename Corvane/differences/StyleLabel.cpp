@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/differences/StyleLabel.h"
 
 #include "Corvane/module/Localized.h"

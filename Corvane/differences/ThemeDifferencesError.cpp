@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/differences/ThemeDifferencesError.h"
 
 #include "Corvane/module/Localized.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/CorvaneVersion.h"
 
 extern "C" {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/CorvaneWireframe.h"
 
 #include "Corvane/differences/AsyncThemeDifferenceFinder.h"

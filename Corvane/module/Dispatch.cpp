@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/Dispatch.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/UpdatesThemes.h"
 
 namespace corvane {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/presentation/AlertDialog.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/presentation/Alerts.h"
 
 #include "Corvane/module/Localized.h"

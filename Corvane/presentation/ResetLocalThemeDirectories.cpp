@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ResetLocalThemeDirectories.h"
 
 #include "Corvane/presentation/Alerts.h"

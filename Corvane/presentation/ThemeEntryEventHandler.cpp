@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 
 #include "Corvane/presentation/Alerts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 
 #include "Corvane/differences/StyleLabel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/CredentialRedaction.h"
 
 #include <QRegularExpression>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/GitLibrary.h"
 
 #include "Corvane/module/AnyError.h"

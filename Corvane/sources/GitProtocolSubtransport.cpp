@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/GitProtocolSubtransport.h"
 
 #include "Corvane/sources/TransferWatch.h"

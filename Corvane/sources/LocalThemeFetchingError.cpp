@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/LocalThemeFetchingError.h"
 
 #include "Corvane/module/Localized.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/OID.h"
 
 #include "Corvane/sources/GitLibrary.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/RemoteThemeFetcher.h"
 
 #include "Corvane/module/TextError.h"

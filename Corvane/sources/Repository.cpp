@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/Repository.h"
 
 #include "Corvane/sources/GitLibrary.h"

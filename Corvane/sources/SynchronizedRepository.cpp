@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/SynchronizedRepository.h"
 
 #include "Corvane/sources/CloneLock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/sources/UntrustedThemeFiles.h"
 
 #include "Corvane/module/Localized.h"

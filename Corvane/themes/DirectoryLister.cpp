@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/DirectoryLister.h"
 
 #include <QFile>

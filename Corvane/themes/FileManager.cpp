@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/FileManager.h"
 
 #include "Corvane/differences/CopyCommand.h"

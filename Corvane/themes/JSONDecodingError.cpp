@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/JSONDecodingError.h"
 
 #include "Corvane/module/Localized.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/Theme.h"
 
 #include <QHash>

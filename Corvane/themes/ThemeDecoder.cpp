@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/ThemeDecoder.h"
 
 #include "Corvane/themes/RegularFile.h"

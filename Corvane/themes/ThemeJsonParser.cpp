@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/ThemeJsonParser.h"
 
 #include "Corvane/module/Localized.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/themes/ThemeReader.h"
 
 #include "Corvane/themes/Descriptor.h"

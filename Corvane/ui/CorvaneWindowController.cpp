@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/CorvaneWindowController.h"
 
 #include "Corvane/module/Localized.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/LoadingViewController.h"
 
 #include "Corvane/module/Localized.h"

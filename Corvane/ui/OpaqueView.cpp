@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/OpaqueView.h"
 
 #include <QPaintEvent>

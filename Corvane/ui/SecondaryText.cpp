@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/SecondaryText.h"
 
 #include <QLabel>

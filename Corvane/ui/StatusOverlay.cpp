@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/StatusOverlay.h"
 
 #include <QAbstractScrollArea>

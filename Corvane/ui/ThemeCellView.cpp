@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/ThemeCellView.h"
 
 #include "Corvane/module/Localized.h"

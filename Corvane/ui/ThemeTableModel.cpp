@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/ThemeTableModel.h"
 
 namespace corvane {

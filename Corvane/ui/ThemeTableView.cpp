@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/ui/ThemeTableView.h"
 
 #include <QApplication>

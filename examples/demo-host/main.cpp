@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A small host application that keeps its themes current with Corvane.
 #include "DemoWindow.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/differences/AsyncThemeDifferenceFinder.h"
 #include "Corvane/module/TextError.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The presenter, the event handler and the four alerts: a finder the test answers, a view that records
 // what it is shown, real files with a Trash of their own, and real modal alerts answered from the test.
 #include "Corvane/module/TextError.h"

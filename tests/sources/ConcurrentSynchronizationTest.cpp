@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/CorvaneService.h"
 #include "Corvane/sources/SynchronizedRepository.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "GitRepositoryFixture.h"
 
 #include <QDir>

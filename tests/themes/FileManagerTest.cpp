@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file manager's crash-safe install and moving to the Trash, on real files with a real Trash under a
 // temporary XDG_DATA_HOME.
 

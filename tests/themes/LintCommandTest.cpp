@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `corvane lint` run as a real process on real directories: what it prints, in which order, its exit status.
 
 #include "ThemeFiles.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading theme files: what a document yields and which fault wins when it has several, which files
 // of a directory are read and in which order, and input that must fail clearly instead of crashing or
 // hanging.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "GitDaemon.h"
 #include "GitRepositoryFixture.h"
 #include "ThemeFiles.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
 #include "Corvane/themes/ThemeDecodingError.h"

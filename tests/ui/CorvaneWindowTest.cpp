@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The assembled updater against real repositories: real files, a Trash of its own, the real window off
 // screen and the real alerts answered from the test; and corvane show as a script runs it.
 #include "Corvane/module/CorvaneWireframe.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The updater window off screen: how it reuses its few cells, and how its buttons and overlays take each display
 // state and are drawn, light and dark. With CORVANE_SCREENSHOT_DIR set, each state is saved there (docs/images).
 #include "Corvane/module/TextError.h"

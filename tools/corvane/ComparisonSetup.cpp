@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ComparisonSetup.h"
 
 #include "Corvane/presentation/ThemeEntryPresenter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host in miniature: checks a theme repository with the installed Corvane package.
 #include <Corvane/module/CorvaneModule.h>
 #include <Corvane/module/CorvaneVersion.h>
