@@ -317,5 +317,9 @@
         <source>Theme updates</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.loading.install-progress">
+        <source>Updating %@ of %@…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

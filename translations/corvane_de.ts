@@ -317,5 +317,9 @@
         <source>Theme updates</source>
         <translation>Theme-Aktualisierungen</translation>
     </message>
+    <message id="corvane.loading.install-progress">
+        <source>Updating %@ of %@…</source>
+        <translation>Aktualisiere %@ von %@ …</translation>
+    </message>
 </context>
 </TS>

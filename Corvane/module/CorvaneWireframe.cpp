@@ -58,6 +58,7 @@ std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& 
     if (!list)
         brokenWindowForm();
     list->setDelegate(eventHandler);
+    eventHandler->setAlertWindow(windowController->window());
 
     return std::make_unique<CorvaneWireframe>(std::move(presenter), std::move(eventHandler), std::move(windowController));
 }

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/presentation/AlertDialog.h"
 
+#include "Corvane/presentation/ActionButton.h"
+
 #include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -15,6 +19,8 @@ AlertDialog::AlertDialog(QWidget* parent)
 {
     setObjectName(QStringLiteral("corvaneAlert"));
     setWindowModality(Qt::ApplicationModal);
+    // A title, no close button: the window manager offers no way to answer besides the buttons.
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setSizeGripEnabled(false);
 
     auto icon = new QLabel(this);
@@ -91,10 +97,12 @@ void AlertDialog::setAccessoryView(QWidget* view)
 
 void AlertDialog::addButton(const QString& title)
 {
-    auto button = new QPushButton(title, m_buttonRow);
+    auto button = new ActionButton(title, m_buttonRow);
     const int answer = firstButton + int(m_buttons.size());
     button->setObjectName(QStringLiteral("alertButton%1").arg(m_buttons.size() + 1));
     button->setMinimumWidth(88);
+    // The default button answers Enter from anywhere in the alert; a focused one answers it itself.
+    button->setAutoDefault(true);
     connect(button, &QPushButton::clicked, this, [this, answer] { done(answer); });
     auto buttons = static_cast<QHBoxLayout*>(m_buttonRow->layout());
     // Later buttons stand to the left of the earlier ones; the first is the rightmost.
@@ -123,12 +131,34 @@ QString AlertDialog::message() const
 
 void AlertDialog::done(int answer)
 {
-    // Escape and the close button reject with 0: they count as the second button.
+    // Anything but the first button counts as the second: the application quitting ends the loop too.
+    m_answered = true;
     QDialog::done(answer == firstButton ? firstButton : secondButton);
+}
+
+void AlertDialog::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void AlertDialog::closeEvent(QCloseEvent* event)
+{
+    // A close asked for from outside (a window manager's shortcut or menu) is no answer. Closing
+    // as part of an answer, or because the application is quitting, goes ahead.
+    if (!m_answered && isVisible() && !QCoreApplication::closingDown()) {
+        event->ignore();
+        return;
+    }
+    QDialog::closeEvent(event);
 }
 
 int AlertDialog::runModal()
 {
+    m_answered = false;
     if (m_buttons.value(0))
         m_buttons.first()->setFocus();
     const int answer = exec();

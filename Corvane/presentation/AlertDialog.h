@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QString>
 
+class QCloseEvent;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QVBoxLayout;
@@ -11,8 +13,11 @@ class QVBoxLayout;
 namespace corvane {
 
 // An application-modal alert: a bold title, a message, an optional detail view below it and two
-// buttons, the first of which is the default. runModal() answers firstButton or secondButton; closing
-// the alert any other way (Escape, the window's close button) counts as the second button.
+// buttons, the first of which is the default. It is answered only by its buttons: its title bar has no
+// close button and Escape does nothing, so no key or click outside the buttons can choose an answer
+// (the copying-failed alert's second answer moves the user's themes to the Trash). runModal() answers
+// firstButton or secondButton; an end by any other means, such as the application quitting, counts as
+// the second button.
 class AlertDialog : public QDialog {
     Q_OBJECT
 
@@ -39,6 +44,10 @@ public:
 
     void done(int answer) override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     QLabel* m_titleLabel;
     QLabel* m_messageLabel;
@@ -46,6 +55,7 @@ private:
     QWidget* m_accessoryView = nullptr;
     QWidget* m_buttonRow;
     QList<QPushButton*> m_buttons;
+    bool m_answered = false;
 };
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 
 #include "Corvane/module/Localized.h"
 #include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/presentation/AlertWindowScope.h"
 #include "Corvane/presentation/CopyingThemeFailed.h"
 
 #include <QApplication>
@@ -26,7 +27,10 @@ struct AlertTexts {
 // Builds, runs and answers one alert; true when the first button was chosen.
 bool runAlert(const AlertTexts& texts, QWidget* detail)
 {
-    AlertDialog alert(QApplication::activeWindow());
+    // Transient for and centred over the window the alert belongs to; a caller outside any window's
+    // scope gets the active one.
+    QWidget* owner = AlertWindowScope::current();
+    AlertDialog alert(owner ? owner : QApplication::activeWindow());
     alert.setTitle(texts.title);
     alert.setMessage(texts.message);
     if (detail)

@@ -10,6 +10,13 @@ class ShowsThemeUpdates {
 public:
     virtual ~ShowsThemeUpdates() = default;
     virtual void showThemeEntries(const ThemeListState& state) = 0;
+
+    // A batch of copies too long to run between two frames: `installed` of `total` done so far, the
+    // rest following through the event loop. The view shows the progress and takes no requests until
+    // showInstallEnded(); a batch that ends in one go shows nothing. The default shows nothing.
+    virtual void showInstallProgress(qsizetype installed, qsizetype total) { Q_UNUSED(installed) Q_UNUSED(total) }
+    // The batch that showed progress stopped: finished (a refresh follows at once) or failed.
+    virtual void showInstallEnded() {}
 };
 
 } // namespace corvane

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 
+#include "Corvane/presentation/AlertWindowScope.h"
 #include "Corvane/presentation/Alerts.h"
 #include "Corvane/themes/FileManager.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QTimer>
 
 namespace corvane {
 
@@ -21,16 +25,53 @@ ThemeEntryEventHandler::ThemeEntryEventHandler(Configuration configuration,
 
 void ThemeEntryEventHandler::installThemes(const QList<CopyCommand>& commands)
 {
-    for (const CopyCommand& command : commands) {
-        const auto copied = m_fileCopier->copy(command);
-        if (copied)
-            continue;
-        // The rest of the batch is abandoned and the list left as it is: the user decides first.
-        if (!showCopyingFailedAlert(command.sourceFileName(), copied.error()))
-            resetLocalThemeDirectories().reset();
+    if (m_batch)
         return;
+    m_batch = Batch{commands};
+    continueBatch();
+}
+
+void ThemeEntryEventHandler::continueBatch()
+{
+    QElapsedTimer slice;
+    slice.start();
+    // A handler that no shared pointer owns cannot be called back safely: it copies in one go.
+    const std::weak_ptr<ThemeEntryEventHandler> handler = weak_from_this();
+    const bool canSlice = !handler.expired() && QCoreApplication::instance();
+    Batch& batch = *m_batch;
+    while (batch.next < batch.commands.size()) {
+        const CopyCommand& command = batch.commands.at(batch.next);
+        if (auto copied = m_fileCopier->copy(command); !copied) {
+            const CopyCommand failed = command;
+            const bool showedProgress = batch.showedProgress;
+            m_batch.reset();
+            if (showedProgress)
+                m_presenter->showInstallEnded();
+            copyingFailed(failed, copied.error());
+            return;
+        }
+        ++batch.next;
+        if (canSlice && batch.next < batch.commands.size() && slice.elapsed() >= sliceDuration.count()) {
+            // Let the window paint and show how far the batch got; the rest follows from the event loop.
+            batch.showedProgress = true;
+            m_presenter->showInstallProgress(batch.next, batch.commands.size());
+            QTimer::singleShot(0, QCoreApplication::instance(), [handler] {
+                if (const auto self = handler.lock(); self && self->m_batch)
+                    self->continueBatch();
+            });
+            return;
+        }
     }
+    m_batch.reset();
     m_presenter->refresh();
+}
+
+void ThemeEntryEventHandler::copyingFailed(const CopyCommand& command, const AnyError& error)
+{
+    // The rest of the batch is abandoned and the list left as it is: the user decides first.
+    AlertWindowScope scope(m_alertWindow);
+    if (!showCopyingFailedAlert(command.sourceFileName(), error))
+        resetLocalThemeDirectories().reset();
 }
 
 void ThemeEntryEventHandler::refreshThemes()

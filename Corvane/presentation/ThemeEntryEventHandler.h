@@ -8,20 +8,33 @@
 #include "Corvane/themes/DeletesFiles.h"
 #include "Corvane/themes/FileCopier.h"
 
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
 // Carries out what the user asks for in the updater window: installing, refreshing, opening the
 // installed-themes directory, and, after a failed copy, starting over with empty local directories.
-// Main thread only; copies and alerts are synchronous.
-class ThemeEntryEventHandler final : public ThemeListViewControllerDelegate {
+// Main thread only. Copies run on the main thread, in slices between which the window paints and shows
+// the batch's progress, so a batch of thousands never freezes it; a batch that fits in one slice is
+// done before installThemes returns. Alerts are synchronous.
+class ThemeEntryEventHandler final : public ThemeListViewControllerDelegate,
+                                     public std::enable_shared_from_this<ThemeEntryEventHandler> {
 public:
     // fileDeleter is what the reset object, made on first use, moves directories to the Trash with.
     ThemeEntryEventHandler(Configuration configuration, std::shared_ptr<ThemeEntryPresenter> presenter,
                            std::shared_ptr<const FileCopier> fileCopier,
                            std::shared_ptr<const DeletesFiles> fileDeleter = nullptr);
 
+    // How long one slice of copies may hold the main thread.
+    static constexpr std::chrono::milliseconds sliceDuration{20};
+
+    // Ignored while an earlier batch is still running: its rows are stale until the list is rebuilt.
     void installThemes(const QList<CopyCommand>& commands) override;
     void refreshThemes() override;
     void openThemeDirectory() override;
@@ -29,12 +42,28 @@ public:
     // The reset object, made with the default alerts when first needed and kept from then on.
     ResetLocalThemeDirectories& resetLocalThemeDirectories();
 
+    // The window the handler's alerts belong to (transient for it, centred over it).
+    void setAlertWindow(QWidget* window) { m_alertWindow = window; }
+
+    bool isInstalling() const { return m_batch.has_value(); }
+
 private:
     const Configuration m_configuration;
     const std::shared_ptr<ThemeEntryPresenter> m_presenter;
     const std::shared_ptr<const FileCopier> m_fileCopier;
     const std::shared_ptr<const DeletesFiles> m_fileDeleter;
     std::unique_ptr<ResetLocalThemeDirectories> m_resetLocalThemeDirectories;
+    QPointer<QWidget> m_alertWindow;
+
+    struct Batch {
+        QList<CopyCommand> commands;
+        qsizetype next = 0;
+        bool showedProgress = false;
+    };
+    std::optional<Batch> m_batch;
+
+    void continueBatch();
+    void copyingFailed(const CopyCommand& command, const AnyError& error);
 };
 
 } // namespace corvane

@@ -63,6 +63,16 @@ void ThemeEntryPresenter::comparisonFinished(ThemeDifferencesResult result)
     m_view->showThemeEntries(stateFor(std::move(result)));
 }
 
+void ThemeEntryPresenter::showInstallProgress(qsizetype installed, qsizetype total)
+{
+    m_view->showInstallProgress(installed, total);
+}
+
+void ThemeEntryPresenter::showInstallEnded()
+{
+    m_view->showInstallEnded();
+}
+
 ThemeEntry ThemeEntryPresenter::makeThemeEntry(const ThemeDifference& difference)
 {
     if (const auto* newTheme = std::get_if<NewTheme>(&difference)) {

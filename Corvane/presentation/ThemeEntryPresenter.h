@@ -21,6 +21,10 @@ public:
     // beside it: at most one more comparison follows the running one, and only its result is shown.
     void refresh();
 
+    // Hands a long install batch's progress, and its end, to the view.
+    void showInstallProgress(qsizetype installed, qsizetype total);
+    void showInstallEnded();
+
     // One display row per difference, as the list shows it.
     static ThemeEntry makeThemeEntry(const ThemeDifference& difference);
 

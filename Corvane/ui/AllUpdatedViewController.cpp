@@ -78,7 +78,7 @@ void AllUpdatedViewController::applyPalette()
 {
     setLabelColour(m_ui->titleLabel, palette().color(QPalette::Text));
     setLabelColour(m_ui->messageLabel, secondaryTextColour(palette(), QPalette::Text));
-    m_ui->symbolLabel->setPixmap(checkMark(palette().color(QPalette::Highlight), devicePixelRatioF()));
+    m_ui->symbolLabel->setPixmap(checkMark(legibleAccentColour(palette()), devicePixelRatioF()));
 }
 
 } // namespace corvane

@@ -2,14 +2,18 @@
 #include "Corvane/ui/CorvaneWindowController.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/presentation/AlertWindowScope.h"
 #include "Corvane/presentation/Alerts.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "ui_Corvane.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QScreen>
 #include <QEvent>
 #include <QSettings>
+
+#include <algorithm>
 
 namespace corvane {
 namespace {
@@ -53,9 +57,7 @@ void CorvaneWindowController::windowDidLoad()
         m_window->setAttribute(Qt::WA_DeleteOnClose, false);
         QSettings settings;
         settings.beginGroup(settingsGroup);
-        const QByteArray frame = settings.value(frameKey).toByteArray();
-        if (!frame.isEmpty())
-            m_window->restoreGeometry(frame);
+        m_frame = settings.value(frameKey).toByteArray();
         m_window->installEventFilter(this);
         m_listViewController = m_window->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
     }
@@ -67,10 +69,35 @@ void CorvaneWindowController::showWindow()
         return;
     // A window already on screen comes to the front; a hidden one does so by being shown.
     const bool wasVisible = m_window->isVisible();
+    if (!wasVisible)
+        placeBeforeShowing();
     m_window->show();
     if (wasVisible)
         m_window->raise();
     m_window->activateWindow();
+}
+
+void CorvaneWindowController::placeBeforeShowing()
+{
+    // Where the user left it, in this run or an earlier one. A window manager places a window anew
+    // each time it is mapped unless the window asks for a position, so the frame is given back on
+    // every show, not only the first.
+    if (!m_frame.isEmpty() && m_window->restoreGeometry(m_frame))
+        return;
+    // The first time: over the window the user was working in, as a host's own dialogs open.
+    QWidget* host = QApplication::activeWindow();
+    if (!host || host == m_window)
+        return;
+    const QRect hostFrame = host->frameGeometry();
+    QRect frame(QPoint(), m_window->size());
+    frame.moveCenter(hostFrame.center());
+    if (const QScreen* screen = host->screen()) {
+        // Whole on the host's screen, even when the host hangs over its edge.
+        const QRect area = screen->availableGeometry();
+        frame.moveLeft(std::clamp(frame.left(), area.left(), std::max(area.left(), area.right() + 1 - frame.width())));
+        frame.moveTop(std::clamp(frame.top(), area.top(), std::max(area.top(), area.bottom() + 1 - frame.height())));
+    }
+    m_window->move(frame.topLeft());
 }
 
 void CorvaneWindowController::close()
@@ -93,11 +120,24 @@ void CorvaneWindowController::showThemeEntries(const ThemeListState& state)
 
     if (state && !*state) {
         QPointer<ThemeListViewController> list = m_listViewController;
+        AlertWindowScope scope(m_window);
         if (showFetchFailedAlert(state->error()) && list) {
             if (const auto delegate = list->delegate())
                 delegate->refreshThemes();
         }
     }
+}
+
+void CorvaneWindowController::showInstallProgress(qsizetype installed, qsizetype total)
+{
+    if (m_listViewController)
+        m_listViewController->showInstallProgress(installed, total);
+}
+
+void CorvaneWindowController::showInstallEnded()
+{
+    if (m_listViewController)
+        m_listViewController->showInstallEnded();
 }
 
 bool CorvaneWindowController::eventFilter(QObject* watched, QEvent* event)
@@ -107,11 +147,12 @@ bool CorvaneWindowController::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void CorvaneWindowController::saveFrame() const
+void CorvaneWindowController::saveFrame()
 {
+    m_frame = m_window->saveGeometry();
     QSettings settings;
     settings.beginGroup(settingsGroup);
-    settings.setValue(frameKey, m_window->saveGeometry());
+    settings.setValue(frameKey, m_frame);
 }
 
 } // namespace corvane

@@ -34,6 +34,8 @@ public:
     void close();
 
     void showThemeEntries(const ThemeListState& state) override;
+    void showInstallProgress(qsizetype installed, qsizetype total) override;
+    void showInstallEnded() override;
 
     static inline const QString settingsGroup = QStringLiteral("Corvane");
 
@@ -47,9 +49,12 @@ protected:
 
 private:
     void windowDidLoad();
-    void saveFrame() const;
+    void saveFrame();
+    void placeBeforeShowing();
 
     QPointer<QWidget> m_window;
+    // The frame the window had when it was last hidden; it comes back there when shown again.
+    QByteArray m_frame;
     QPointer<ThemeListViewController> m_listViewController;
 };
 

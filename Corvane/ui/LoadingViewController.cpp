@@ -6,6 +6,9 @@
 #include "ui_LoadingView.h"
 
 #include <QEvent>
+#include <QLocale>
+
+#include <utility>
 
 namespace corvane {
 
@@ -13,8 +16,7 @@ LoadingViewController::LoadingViewController(QWidget* parent)
     : StatusOverlay(parent), m_ui(std::make_unique<Ui::LoadingView>())
 {
     m_ui->setupUi(this);
-    //% "Checking for theme updates…"
-    m_ui->messageLabel->setText(localizedString(QT_TRID_NOOP("corvane.loading.message"), "Checking for theme updates…"));
+    showCheckingMessage();
     setLabelColour(m_ui->messageLabel, secondaryTextColour(palette(), QPalette::Text));
     m_ui->loadingIndicator->setVisible(false);
 }
@@ -26,8 +28,39 @@ QProgressBar* LoadingViewController::loadingIndicator() const
     return m_ui->loadingIndicator;
 }
 
+void LoadingViewController::showCheckingMessage()
+{
+    //% "Checking for theme updates…"
+    m_ui->messageLabel->setText(localizedString(QT_TRID_NOOP("corvane.loading.message"), "Checking for theme updates…"));
+}
+
+QString LoadingViewController::message() const
+{
+    return m_ui->messageLabel->text();
+}
+
+void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
+{
+    m_showingProgress = true;
+    m_indicatorRunning = true;
+    m_ui->loadingIndicator->setVisible(true);
+    if (isHidden() || targetOpacity() < 1.0) {
+        setHidden(false);
+        fadeTo(1.0, fadeInDuration);
+    }
+    // Counts in the user's locale: "2,000" in English, "2.000" in German.
+    const QLocale locale;
+    m_ui->loadingIndicator->setRange(0, int(total));
+    m_ui->loadingIndicator->setValue(int(installed));
+    //% "Updating %@ of %@…"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.loading.install-progress"), "Updating %@ of %@…");
+    m_ui->messageLabel->setText(fillPlaceholders(format, {locale.toString(installed), locale.toString(total)}));
+}
+
 void LoadingViewController::show()
 {
+    if (std::exchange(m_showingProgress, false))
+        showCheckingMessage();
     setOpacity(0.0);
     setHidden(false);
     setIndicatorRunning(true);
@@ -36,7 +69,12 @@ void LoadingViewController::show()
 
 void LoadingViewController::hide()
 {
-    fadeTo(0.0, fadeOutDuration, [this] { setIndicatorRunning(false); });
+    fadeTo(0.0, fadeOutDuration, [this] {
+        setIndicatorRunning(false);
+        // Back to the comparison's text while nobody sees it.
+        if (std::exchange(m_showingProgress, false))
+            showCheckingMessage();
+    });
 }
 
 void LoadingViewController::changeEvent(QEvent* event)

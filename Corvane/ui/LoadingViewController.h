@@ -25,6 +25,11 @@ public:
     void show();
     // Fades out; the indicator stops when the fade has ended.
     void hide();
+    // A long install batch: the indicator counts the copies and the text says how far it got. Fades in
+    // first when the overlay is not up; the next show() goes back to the running indicator.
+    void showProgress(qsizetype installed, qsizetype total);
+
+    QString message() const;
 
     QProgressBar* loadingIndicator() const;
     bool isIndicatorRunning() const { return m_indicatorRunning; }
@@ -34,9 +39,11 @@ protected:
 
 private:
     void setIndicatorRunning(bool running);
+    void showCheckingMessage();
 
     std::unique_ptr<Ui::LoadingView> m_ui;
     bool m_indicatorRunning = false;
+    bool m_showingProgress = false;
 };
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include <QLabel>
 
 #include <algorithm>
+#include <cmath>
 
 namespace corvane {
 
@@ -16,6 +17,46 @@ QColor secondaryTextColour(const QPalette& palette, QPalette::ColorRole textRole
     return QColor::fromRgbF(float(background.redF() + (text.redF() - background.redF()) * weight),
                             float(background.greenF() + (text.greenF() - background.greenF()) * weight),
                             float(background.blueF() + (text.blueF() - background.blueF()) * weight));
+}
+
+namespace {
+
+double relativeLuminance(const QColor& colour)
+{
+    const auto linear = [](float channel) {
+        return channel <= 0.04045f ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+QColor blended(const QColor& from, const QColor& to, double weight)
+{
+    return QColor::fromRgbF(float(from.redF() + (to.redF() - from.redF()) * weight),
+                            float(from.greenF() + (to.greenF() - from.greenF()) * weight),
+                            float(from.blueF() + (to.blueF() - from.blueF()) * weight));
+}
+
+} // namespace
+
+double contrastRatio(const QColor& first, const QColor& second)
+{
+    const double a = relativeLuminance(first), b = relativeLuminance(second);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+QColor legibleAccentColour(const QPalette& palette)
+{
+    constexpr double minimumContrast = 3.0;
+    const QColor background = palette.color(QPalette::Base);
+    const QColor accent = palette.color(QPalette::Highlight);
+    const QColor text = palette.color(QPalette::Text);
+    // The smallest step toward the text colour that is legible keeps as much of the accent's hue as can be.
+    for (int step = 0; step <= 10; ++step) {
+        const QColor candidate = blended(accent, text, step / 10.0);
+        if (contrastRatio(candidate, background) >= minimumContrast)
+            return candidate;
+    }
+    return text;
 }
 
 QFont secondaryFont(const QFont& font)

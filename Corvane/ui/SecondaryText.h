@@ -13,6 +13,14 @@ namespace corvane {
 // background, so it stays legible and quieter in light and dark palettes alike.
 QColor secondaryTextColour(const QPalette& palette, QPalette::ColorRole textRole = QPalette::WindowText);
 
+// The palette's accent (Highlight) as a mark drawn on the list's background (Base): moved toward the
+// text colour until it stands out at a contrast of at least 3:1, as dark palettes often pair a deep
+// accent with a dark background.
+QColor legibleAccentColour(const QPalette& palette);
+
+// The contrast ratio of two colours, 1 (none) to 21 (black on white), from their relative luminance.
+double contrastRatio(const QColor& first, const QColor& second);
+
 // One step smaller than the given font.
 QFont secondaryFont(const QFont& font);
 

@@ -42,6 +42,11 @@ bool StatusOverlay::isFading() const
     return m_animation->state() == QAbstractAnimation::Running;
 }
 
+qreal StatusOverlay::targetOpacity() const
+{
+    return isFading() ? m_animation->endValue().toReal() : m_effect->opacity();
+}
+
 void StatusOverlay::setOpacity(qreal opacity)
 {
     ++m_fade;

@@ -33,6 +33,8 @@ public:
     // 0.0 transparent, 1.0 opaque; the value the running fade has reached.
     qreal opacity() const;
     bool isFading() const;
+    // Where the overlay is going: the running fade's end, or the opacity it rests at.
+    qreal targetOpacity() const;
 
 protected:
     // Starts from the current opacity; a newer fade replaces a running one, whose completion is then

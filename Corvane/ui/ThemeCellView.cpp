@@ -2,6 +2,7 @@
 #include "Corvane/ui/ThemeCellView.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/presentation/ActionButton.h"
 #include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/VersionLabel.h"
 #include "ui_ThemeCell.h"
@@ -9,6 +10,30 @@
 #include <QEvent>
 
 namespace corvane {
+namespace {
+
+QString installTitle()
+{
+    //: Install button label
+    //% "Install"
+    return localizedString(QT_TRID_NOOP("corvane.theme.install"), "Install");
+}
+
+QString updateTitle()
+{
+    //: Update button label
+    //% "Update"
+    return localizedString(QT_TRID_NOOP("corvane.theme.update"), "Update");
+}
+
+// A tooltip the desktop wraps at a readable width rather than one line across the screen: rich text
+// wraps, so the plain text is escaped into a paragraph.
+QString wrappingToolTip(const QString& text)
+{
+    return QStringLiteral("<p>") + text.toHtmlEscaped() + QStringLiteral("</p>");
+}
+
+} // namespace
 
 ThemeCellView::ThemeCellView(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ThemeCell>())
@@ -20,12 +45,15 @@ ThemeCellView::ThemeCellView(QWidget* parent)
     QFont nameFont = m_ui->themeNameLabel->font();
     nameFont.setPointSizeF(nameFont.pointSizeF() + 1);
     m_ui->themeNameLabel->setFont(nameFont);
-    for (QLabel* label : {m_ui->styleLabel, m_ui->authorsLabel})
+    for (QLabel* label : std::initializer_list<QLabel*>{m_ui->styleLabel, m_ui->authorsLabel})
         label->setFont(secondaryFont(label->font()));
     // The style reads as a quiet tag beside the authors.
     m_ui->styleLabel->setStyleSheet(QStringLiteral(
         "QLabel { border: 1px solid rgba(128, 128, 128, 110); border-radius: 4px; padding: 0px 5px; }"));
     applyTextColours();
+    // One width for Install and Update in the language at hand, so the version column lines up.
+    auto button = static_cast<ActionButton*>(m_ui->updateButton);
+    button->setFixedWidth(button->widthForTexts({installTitle(), updateTitle()}));
 }
 
 ThemeCellView::~ThemeCellView() = default;
@@ -40,22 +68,18 @@ void ThemeCellView::configure(const ThemeEntry& entry)
     QString title;
     QString accessibleFormat;
     if (entry.installedVersion) {
-        //: Update button label
-        //% "Update"
-        title = localizedString(QT_TRID_NOOP("corvane.theme.update"), "Update");
+        title = updateTitle();
         //% "Update %@"
         accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.update.accessible"), "Update %@");
     } else {
-        //: Install button label
-        //% "Install"
-        title = localizedString(QT_TRID_NOOP("corvane.theme.install"), "Install");
+        title = installTitle();
         //% "Install %@"
         accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.install.accessible"), "Install %@");
     }
     m_ui->updateButton->setText(title);
     m_ui->updateButton->setAccessibleName(fillPlaceholders(accessibleFormat, {entry.name}));
-    m_ui->authorsLabel->setToolTip(entry.authors);
-    m_ui->themeNameLabel->setToolTip(entry.name);
+    m_ui->authorsLabel->setToolTip(wrappingToolTip(entry.authors));
+    m_ui->themeNameLabel->setToolTip(wrappingToolTip(entry.name));
     m_copyCommand = entry.copyCommand;
 }
 
@@ -87,9 +111,9 @@ void ThemeCellView::applyTextColours()
     const QPalette& base = palette();
     const QColor primary = base.color(QPalette::Text);
     const QColor secondary = secondaryTextColour(base, QPalette::Text);
-    for (QLabel* label : {m_ui->themeNameLabel, m_ui->toVersionLabel})
+    for (QLabel* label : std::initializer_list<QLabel*>{m_ui->themeNameLabel, m_ui->toVersionLabel})
         setLabelColour(label, primary);
-    for (QLabel* label : {m_ui->styleLabel, m_ui->authorsLabel, m_ui->fromVersionLabel, m_ui->arrow})
+    for (QLabel* label : std::initializer_list<QLabel*>{m_ui->styleLabel, m_ui->authorsLabel, m_ui->fromVersionLabel, m_ui->arrow})
         setLabelColour(label, secondary);
 }
 

@@ -9,6 +9,8 @@
 #include "ui_ThemeList.h"
 
 #include <QApplication>
+#include <QPushButton>
+#include <QScrollBar>
 
 namespace corvane {
 
@@ -41,6 +43,7 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
 
     // Nothing to update and nothing loaded yet: the buttons wait for the first state.
     m_ui->updateAllButton->setEnabled(false);
+    connect(m_tableViewModel, &QAbstractItemModel::modelReset, this, &ThemeListViewController::rowsReplaced);
 
     ThemeTableView* table = m_ui->themeTableView;
     table->registerView(ThemeCellView::reuseIdentifier, [] { return new ThemeCellView; });
@@ -71,9 +74,115 @@ QWidget* ThemeListViewController::viewForRow(ThemeTableView& table, int row)
 void ThemeListViewController::updateButtons(const ThemeListState& state)
 {
     const bool loading = !state.has_value();
+    // Before the buttons that may hold the focus are disabled.
+    if (loading)
+        parkFocusWhileBusy();
+    setBusy(loading, false);
     const bool hasRows = state && *state && !(*state)->isEmpty();
     m_ui->updateAllButton->setEnabled(hasRows);
     m_ui->refreshButton->setEnabled(!loading);
+}
+
+void ThemeListViewController::showInstallProgress(qsizetype installed, qsizetype total)
+{
+    if (!m_installing) {
+        parkFocusWhileBusy();
+        setBusy(m_loading, true);
+        m_ui->updateAllButton->setEnabled(false);
+        m_ui->refreshButton->setEnabled(false);
+        m_allUpToDateViewController->hide();
+    }
+    m_loadingViewController->showProgress(installed, total);
+}
+
+void ThemeListViewController::showInstallEnded()
+{
+    if (!m_installing)
+        return;
+    setBusy(m_loading, false);
+    m_ui->updateAllButton->setEnabled(!m_loading && m_tableViewModel->rowCount() > 0);
+    m_ui->refreshButton->setEnabled(!m_loading);
+    m_loadingViewController->hide();
+    restorePlace();
+}
+
+void ThemeListViewController::setBusy(bool loading, bool installing)
+{
+    m_loading = loading;
+    m_installing = installing;
+}
+
+bool ThemeListViewController::acceptsRowActions() const
+{
+    if (m_loading || m_installing)
+        return false;
+    return !m_rowsMoved.isValid() || m_rowsMoved.elapsed() >= QApplication::doubleClickInterval();
+}
+
+void ThemeListViewController::parkFocusWhileBusy()
+{
+    ThemeTableView* table = m_ui->themeTableView;
+    if (!m_scrollPosition)
+        m_scrollPosition = table->verticalScrollBar()->value();
+    QWidget* focus = window()->focusWidget();
+    if (!focus || !isAncestorOf(focus))
+        return;
+    if (m_focusPlace == FocusPlace::None) {
+        if (focus == m_ui->refreshButton) {
+            m_focusPlace = FocusPlace::Refresh;
+        } else if (focus == m_ui->updateAllButton) {
+            m_focusPlace = FocusPlace::UpdateAll;
+        } else if (const int row = table->focusedRow(); row >= 0) {
+            m_focusPlace = FocusPlace::Row;
+            m_focusRow = row;
+        }
+    }
+    // The buttons are about to be disabled and the rows emptied: the list itself keeps the focus in
+    // the window meanwhile, so the next Tab goes on from here rather than starting over.
+    if (m_focusPlace != FocusPlace::None)
+        table->setFocus(Qt::OtherFocusReason);
+}
+
+void ThemeListViewController::rowsReplaced()
+{
+    m_rowsMoved.start();
+    // The emptied list of a reload: the place is restored when the new rows arrive.
+    if (!m_loading)
+        restorePlace();
+}
+
+void ThemeListViewController::restorePlace()
+{
+    ThemeTableView* table = m_ui->themeTableView;
+    // Lay the rows out now, so the scroll range is known and no frame shows them half placed.
+    table->layoutNow();
+    if (m_scrollPosition && !m_installing)
+        table->verticalScrollBar()->setValue(*m_scrollPosition);
+    m_scrollPosition.reset();
+
+    const FocusPlace place = std::exchange(m_focusPlace, FocusPlace::None);
+    QWidget* focus = window()->focusWidget();
+    // Focus the user moved elsewhere meanwhile stays where they put it.
+    if (focus && focus != table && focus != this)
+        return;
+    const int rows = table->numberOfRows();
+    QPushButton* fallback = m_ui->refreshButton->isEnabled() ? m_ui->refreshButton : m_ui->openThemeDirectoryButton;
+    switch (place) {
+    case FocusPlace::None:
+        return;
+    case FocusPlace::Row:
+        // The row that took the acted-on row's place, or the last one when it was the last.
+        if (rows > 0 && table->focusRow(std::min(m_focusRow, rows - 1), Qt::OtherFocusReason))
+            return;
+        break;
+    case FocusPlace::Refresh:
+        break;
+    case FocusPlace::UpdateAll:
+        if (m_ui->updateAllButton->isEnabled())
+            fallback = m_ui->updateAllButton;
+        break;
+    }
+    fallback->setFocus(Qt::OtherFocusReason);
 }
 
 void ThemeListViewController::updateStatusViews(const ThemeListState& state)
@@ -96,14 +205,33 @@ void ThemeListViewController::updateStatusViews(const ThemeListState& state)
 
 void ThemeListViewController::installTheme(const CopyCommand& copyCommand)
 {
-    if (const auto delegate = m_delegate.lock())
-        delegate->installThemes({copyCommand});
+    if (!acceptsRowActions())
+        return;
+    const auto delegate = m_delegate.lock();
+    if (!delegate)
+        return;
+    // The row acted on: once the list is rebuilt, the row that takes its place gets the focus and
+    // the rows around it stay where they were.
+    const QList<ThemeEntry>& entries = m_tableViewModel->entries();
+    const auto acted = std::find_if(entries.cbegin(), entries.cend(),
+                                    [&](const ThemeEntry& entry) { return entry.copyCommand == copyCommand; });
+    if (acted != entries.cend()) {
+        m_focusPlace = FocusPlace::Row;
+        m_focusRow = int(acted - entries.cbegin());
+    }
+    m_scrollPosition = m_ui->themeTableView->verticalScrollBar()->value();
+    delegate->installThemes({copyCommand});
+    // A copy that failed leaves the list as it was: nothing to come back to.
+    if (!m_loading && !m_installing) {
+        m_focusPlace = FocusPlace::None;
+        m_scrollPosition.reset();
+    }
 }
 
 void ThemeListViewController::updateAll()
 {
     const auto delegate = m_delegate.lock();
-    if (!delegate)
+    if (!delegate || m_installing)
         return;
     QList<CopyCommand> commands;
     commands.reserve(m_tableViewModel->entries().size());

@@ -5,9 +5,11 @@
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
 #include "Corvane/ui/ThemeCellView.h"
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class QPushButton;
 
@@ -43,6 +45,16 @@ public:
     void updateButtons(const ThemeListState& state);
     void updateStatusViews(const ThemeListState& state);
 
+    // A long install batch: the buttons are disabled, rows take no presses, and the loading overlay
+    // counts the copies ("Updating 340 of 2,000…") until the batch ends.
+    void showInstallProgress(qsizetype installed, qsizetype total);
+    void showInstallEnded();
+
+    // Whether a row's button press installs now. Not while the list reloads or a batch runs, and not
+    // within a double-click interval after the rows moved: the second click of a quick pair would
+    // land on the row that moved under the pointer.
+    bool acceptsRowActions() const;
+
     // The table's question: the view for one of its rows (a configured ThemeCellView), or none.
     QWidget* viewForRow(ThemeTableView& table, int row);
 
@@ -67,11 +79,28 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    // Where keyboard focus goes back to once the list settles after a reload.
+    enum class FocusPlace { None, Row, Refresh, UpdateAll };
+
+    void rowsReplaced();
+    void parkFocusWhileBusy();
+    void restorePlace();
+    void setBusy(bool loading, bool installing);
+
     std::unique_ptr<Ui::ThemeList> m_ui;
     std::weak_ptr<ThemeListViewControllerDelegate> m_delegate;
     ThemeTableModel* m_tableViewModel;
     LoadingViewController* m_loadingViewController;
     AllUpdatedViewController* m_allUpToDateViewController;
+
+    bool m_loading = false;
+    bool m_installing = false;
+    QElapsedTimer m_rowsMoved;
+    // The place to come back to: the row acted on (the one that takes its place gets the focus) and
+    // the scroll position, so an install does not throw the user back to the top.
+    FocusPlace m_focusPlace = FocusPlace::None;
+    int m_focusRow = -1;
+    std::optional<int> m_scrollPosition;
 };
 
 } // namespace corvane

@@ -168,10 +168,19 @@ QList<int> ThemeTableView::rowsWithCells() const
     return rows;
 }
 
+void ThemeTableView::layoutNow()
+{
+    executeDelayedItemsLayout();
+    tileCells();
+}
+
 void ThemeTableView::reset()
 {
     recycleAllCells();
     QListView::reset();
+    // New rows are placed at once: a frame painted before a delayed layout would show the list
+    // without rows, or cells without their places.
+    layoutNow();
 }
 
 void ThemeTableView::doItemsLayout()

@@ -43,6 +43,8 @@ public:
 
     // Asks the data source again for every row on screen.
     void reloadData();
+    // Lays the rows out and places their cells now rather than at the next turn of the event loop.
+    void layoutNow();
 
     // The cell showing a row, if the row is on screen.
     QWidget* cellForRow(int row) const;

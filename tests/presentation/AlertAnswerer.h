@@ -14,6 +14,7 @@ namespace corvane::test {
 
 // Answers each real modal alert as it comes up with the next scripted answer (the first button beyond the
 // script, so a test never hangs), recording its texts: title, message, detail ("" for none), the buttons.
+// Escape and closing the window are tries that leave an alert up: the next answer goes to the same alert.
 class AlertAnswerer : public QObject {
 public:
     enum class Answer { first, second, returnKey, escape, close };
@@ -28,14 +29,18 @@ private:
         auto alert = qobject_cast<AlertDialog*>(QApplication::activeModalWidget());
         if (!alert || !alert->isVisible() || alert == m_answered)
             return;
-        m_answered = alert;
-        auto detail = qobject_cast<QLabel*>(alert->accessoryView());
-        m_seen << QStringList{alert->title(), alert->message(), detail ? detail->text() : QString()};
-        for (int index = 0; alert->button(index); ++index)
-            m_seen.last() << alert->button(index)->text();
-        if (onShown)
-            onShown(alert);
+        if (alert != m_recorded) {
+            m_recorded = alert;
+            auto detail = qobject_cast<QLabel*>(alert->accessoryView());
+            m_seen << QStringList{alert->title(), alert->message(), detail ? detail->text() : QString()};
+            for (int index = 0; alert->button(index); ++index)
+                m_seen.last() << alert->button(index)->text();
+            if (onShown)
+                onShown(alert);
+        }
         const Answer answer = m_answers.isEmpty() ? Answer::first : m_answers.takeFirst();
+        if (answer != Answer::escape && answer != Answer::close)
+            m_answered = alert;
         if (answer == Answer::first || answer == Answer::second)
             alert->button(answer == Answer::first ? 0 : 1)->click();
         else if (answer == Answer::close)
@@ -47,6 +52,7 @@ private:
     QList<Answer> m_answers;
     QList<QStringList> m_seen;
     QPointer<AlertDialog> m_answered;
+    QPointer<AlertDialog> m_recorded;
 };
 
 } // namespace corvane::test

@@ -208,15 +208,21 @@ private slots:
     {
         QFETCH(std::function<bool()>, show);
         QFETCH(bool, firstButtonIsTrue);
-        // Return picks the first (default) button; any other way of closing counts as the second.
-        for (const Answer answer : {Answer::first, Answer::returnKey, Answer::second, Answer::escape, Answer::close}) {
-            AlertAnswerer alerts({answer});
+        // Return picks the first (default) button. Escape and the window manager's close are no answer:
+        // the alert stays up until a button is chosen.
+        const QList<QList<Answer>> sequences = {{Answer::first},  {Answer::returnKey},
+                                                {Answer::second}, {Answer::escape, Answer::escape, Answer::first},
+                                                {Answer::close, Answer::second}};
+        for (const QList<Answer>& sequence : sequences) {
+            const Answer answer = sequence.last();
+            AlertAnswerer alerts(sequence);
             alerts.onShown = [](AlertDialog* alert) { // a long detail wraps within 300 pixels, uncut
                 if (auto detail = qobject_cast<QLabel*>(alert->accessoryView()))
                     QVERIFY(detail->width() <= 300 && detail->heightForWidth(detail->width()) <= detail->height());
             };
             QCOMPARE(show(), (answer == Answer::first || answer == Answer::returnKey) == firstButtonIsTrue);
             QTEST(alerts.seen().value(0), "texts");
+            QCOMPARE(alerts.seen().size(), 1);
         }
     }
 
