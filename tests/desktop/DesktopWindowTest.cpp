@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: MIT
+// The updater on a real X server with a window manager (run through on-desktop.sh): what reaches the
+// screen is read back from the root window, not rendered off screen, and clicks and keys travel through
+// the X server with xdotool, as a person's do.
+#include "Corvane/module/CorvaneWireframe.h"
+#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/LoadingViewController.h"
+#include "Corvane/ui/ThemeCellView.h"
+#include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/ThemeTableView.h"
+
+#include "GitDaemon.h"
+#include "GitRepositoryFixture.h"
+#include "ThemeFiles.h"
+#include "TrashSandbox.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QProcess>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace corvane;
+using namespace corvane::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int comparisonTimeout = 30000;
+
+// What the X server shows in a rectangle of the screen now.
+QImage screenAt(const QRect& global)
+{
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, global.x(), global.y(), global.width(), global.height())
+        .toImage()
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+QRect globalRect(const QWidget* widget)
+{
+    return QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size());
+}
+
+int darkestGrey(const QImage& image)
+{
+    int darkest = 255;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            darkest = std::min(darkest, qGray(image.pixel(x, y)));
+    }
+    return darkest;
+}
+
+// The share of pixels close to a colour.
+double shareNear(const QImage& image, const QColor& colour)
+{
+    int near = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = QColor::fromRgb(image.pixel(x, y));
+            near += std::abs(pixel.red() - colour.red()) + std::abs(pixel.green() - colour.green())
+                        + std::abs(pixel.blue() - colour.blue())
+                    < 90;
+        }
+    }
+    return image.isNull() ? 0.0 : double(near) / (image.width() * image.height());
+}
+
+int pixelsDarkerThan(const QImage& image, int grey)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += qGray(image.pixel(x, y)) < grey;
+    }
+    return count;
+}
+
+// Runs xdotool with the arguments and waits for it, the event loop turning meanwhile.
+bool xdotool(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(u"xdotool"_s, arguments);
+    if (!process.waitForStarted(5000))
+        return false;
+    QElapsedTimer waited;
+    waited.start();
+    while (process.state() != QProcess::NotRunning && waited.elapsed() < 10000)
+        QTest::qWait(10);
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+QStringList clickAt(const QPoint& global)
+{
+    return {u"mousemove"_s, QString::number(global.x()), QString::number(global.y()), u"click"_s, u"1"_s};
+}
+
+// Keeps the frames a test looked at when CORVANE_DESKTOP_FRAMES names a folder, for a person to see.
+void keepFrame(const QImage& frame, const QString& name)
+{
+    const QString folder = qEnvironmentVariable("CORVANE_DESKTOP_FRAMES");
+    if (!folder.isEmpty() && QDir().mkpath(folder))
+        frame.save(folder + u'/' + name + u".png"_s);
+}
+
+// A remote with `count` new themes (and Harbor Night 1.10 over an installed 1.2), the updater over it.
+struct Updater {
+    QTemporaryDir directory;
+    GitRepositoryFixture remote{directory.filePath(u"remote/themes"_s)};
+    QString clone = directory.filePath(u"clone"_s), installed = directory.filePath(u"installed"_s);
+    std::unique_ptr<CorvaneWireframe> wireframe;
+    ThemeListViewController* list = nullptr;
+
+    explicit Updater(int count)
+    {
+        QDir().mkpath(installed);
+        writeTheme(installed, u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s}, u"1.2"_s);
+        writeTheme(remote.themesDirectory(), u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s},
+                   u"1.10"_s);
+        for (int index = 0; index < count; ++index)
+            writeTheme(remote.themesDirectory(), u"theme-%1.theme.json"_s.arg(index, 3, 10, QChar(u'0')),
+                       u"Theme %1"_s.arg(index, 3, 10, QChar(u'0')), index % 2 ? u"dark"_s : u"light"_s,
+                       {u"Author %1"_s.arg(index)}, u"1.0.%1"_s.arg(index));
+        remote.commitAll(u"Themes"_s);
+    }
+    void open(const QUrl& remoteUrl)
+    {
+        wireframe = CorvaneWireframe::create(
+            Configuration(remoteUrl, QUrl::fromLocalFile(clone), QUrl::fromLocalFile(installed)));
+        list = wireframe->windowController()->listViewController();
+        wireframe->show();
+        QWidget* window = wireframe->windowController()->window();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+    }
+    bool settled() const { return list->refreshButton()->isEnabled() && !list->isAnimating(); }
+    int installedCount() const
+    {
+        return int(QDir(installed).entryList({u"*.theme.json"_s}, QDir::Files).size());
+    }
+    ThemeCellView* cell(int row) const
+    {
+        return qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(row));
+    }
+};
+
+} // namespace
+
+class DesktopWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        if (QGuiApplication::platformName() != "xcb"_L1)
+            QSKIP("needs a real X server: run through tests/desktop/on-desktop.sh");
+        QVERIFY2(!QStandardPaths::findExecutable(u"xdotool"_s).isEmpty(), "xdotool is missing");
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+    }
+
+    void loadingOverlayFadesInAndStaysOnScreenDuringASlowFetch()
+    {
+        TrashSandbox trash;
+        Updater updater(3);
+        GitDaemon daemon(updater.directory.filePath(u"remote"_s));
+        QVERIFY(daemon.isRunning());
+        QProcess proxy; // the server holds every connection for 4 s
+        proxy.start(u"python3"_s, {QString::fromLocal8Bit(qgetenv("CORVANE_TEST_SOURCE_DIR"))
+                                       + u"/tests/support/delaying-proxy.py"_s,
+                                   QString::number(daemon.port()), u"4"_s});
+        QVERIFY(proxy.waitForReadyRead(10000));
+        const int proxyPort = proxy.readLine().trimmed().toInt();
+        QVERIFY(proxyPort > 0);
+
+        QElapsedTimer sinceShow;
+        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxyPort)));
+        sinceShow.start();
+        LoadingViewController* loading = updater.list->loadingViewController();
+        auto message = loading->findChild<QLabel*>(u"messageLabel"_s);
+        QVERIFY(message);
+        const QRect messageArea = globalRect(message);
+        const QRect barArea = globalRect(loading->loadingIndicator());
+        const QColor accent = loading->loadingIndicator()->palette().color(QPalette::Highlight);
+
+        // One frame every 50 ms for the first 1.2 s: the text darkens through the fade, frame by frame.
+        QList<int> darkness;
+        while (sinceShow.elapsed() < 1200) {
+            const QImage frame = screenAt(messageArea);
+            darkness << darkestGrey(frame);
+            QTest::qWait(50);
+        }
+        const int unseen = darkness.first(), shown = darkness.last();
+        QVERIFY2(unseen - shown > 60, qPrintable(u"text never got darker: %1 → %2"_s.arg(unseen).arg(shown)));
+        const auto between = std::count_if(darkness.cbegin(), darkness.cend(),
+                                           [&](int grey) { return grey < unseen - 10 && grey > shown + 10; });
+        QStringList greys;
+        for (const int grey : darkness)
+            greys << QString::number(grey);
+        QVERIFY2(between >= 3, qPrintable(u"no intermediate opacities: "_s + greys.join(u' ')));
+
+        // Still fetching: the busy bar is on the screen, drawn in the accent colour.
+        QVERIFY(!updater.settled());
+        const QImage bar = screenAt(barArea);
+        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
+                  u"loading-overlay-1s"_s);
+        QVERIFY2(shareNear(bar, accent) > 0.3, "the busy bar is not on the screen");
+        QVERIFY(pixelsDarkerThan(screenAt(messageArea), 160) > 20);
+
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        proxy.kill();
+        proxy.waitForFinished();
+    }
+
+    void noFrameAfterAnInstallShowsARowWithoutItsButton()
+    {
+        TrashSandbox trash;
+        Updater updater(12);
+        updater.open(updater.remote.fileUrl());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QTest::qWait(QApplication::doubleClickInterval());
+
+        ThemeTableView* table = updater.list->themeTableView();
+        ThemeCellView* first = updater.cell(0);
+        QVERIFY(first);
+        const QRect nameInCell = first->themeNameLabel()->geometry().intersected(QRect(0, 0, 60, first->height()));
+        const QRect buttonInCell = first->updateButton()->geometry();
+        const int pitch = table->rowHeight();
+        const QPoint viewportOrigin = table->viewport()->mapToGlobal(QPoint(0, 0));
+        const int rowsOnScreen = table->viewport()->height() / pitch;
+
+        int checked = 0;
+        const auto checkFrame = [&](const QString& when) {
+            const QImage frame = screenAt(QRect(viewportOrigin, table->viewport()->size()));
+            for (int row = 0; row < rowsOnScreen; ++row) {
+                const QImage name = frame.copy(nameInCell.translated(0, row * pitch));
+                const QImage button = frame.copy(buttonInCell.translated(0, row * pitch));
+                if (pixelsDarkerThan(name, 150) == 0)
+                    continue; // no row drawn here in this frame
+                ++checked;
+                if (pixelsDarkerThan(button, 235) < 20) {
+                    keepFrame(frame, u"row-without-button"_s);
+                    QFAIL(qPrintable(u"%1: row %2 is drawn without its button"_s.arg(when).arg(row)));
+                }
+            }
+        };
+        checkFrame(u"before"_s);
+        QVERIFY(xdotool(clickAt(globalRect(updater.cell(2)->updateButton()).center())));
+        QElapsedTimer watching;
+        watching.start();
+        while (watching.elapsed() < 1800) {
+            checkFrame(u"%1 ms after the click"_s.arg(watching.elapsed()));
+            if (QTest::currentTestFailed())
+                return;
+            QTest::qWait(30);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        checkFrame(u"settled"_s);
+        QVERIFY(checked > 20);
+        QCOMPARE(updater.list->tableViewModel().entries().size(), 12); // 13 rows, one installed
+    }
+
+    void twoClicksInQuickSuccessionInstallOneTheme()
+    {
+        TrashSandbox trash;
+        Updater updater(6);
+        updater.open(updater.remote.fileUrl());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QTest::qWait(QApplication::doubleClickInterval());
+        const int before = updater.installedCount();
+        const QPoint button = globalRect(updater.cell(0)->updateButton()).center();
+        // 300 ms apart: after the first, the list reloads and the next row moves under the pointer.
+        QVERIFY(xdotool({u"mousemove"_s, QString::number(button.x()), QString::number(button.y()), u"click"_s, u"1"_s,
+                         u"sleep"_s, u"0.3"_s, u"click"_s, u"1"_s}));
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QTest::qWait(300);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QCOMPARE(updater.installedCount(), before + 1);
+        // The focus went to the button of the row that took the installed row's place.
+        QCOMPARE(updater.list->themeTableView()->focusedRow(), 0);
+    }
+
+    void escapeAndTheTitleBarDoNotAnswerTheCopyingFailedAlert()
+    {
+        Updater updater(0);
+        // A Trash that cannot be made (its data home is a file): replacing Harbor Night 1.2 fails.
+        const QString notAFolder = writeFile(updater.directory.path(), u"data-home"_s, "a file");
+        const QByteArray previous = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", QFile::encodeName(notAFolder));
+        const auto restore = qScopeGuard([&] { qputenv("XDG_DATA_HOME", previous); });
+        updater.open(updater.remote.fileUrl());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QTest::qWait(QApplication::doubleClickInterval());
+
+        bool stillUp = false, clonePresent = false, installedPresent = false;
+        QString seen, hints;
+        QPoint centreOffset;
+        QWidget* updaterWindow = updater.wireframe->windowController()->window();
+        QTimer answer; // runs inside the alert's own modal loop
+        answer.setInterval(50);
+        int step = 0;
+        connect(&answer, &QTimer::timeout, this, [&] {
+            auto alert = qobject_cast<AlertDialog*>(QApplication::activeModalWidget());
+            if (!alert || !alert->isVisible())
+                return;
+            if (step++ == 0) {
+                seen = alert->title();
+                QProcess xprop;
+                xprop.start(u"xprop"_s, {u"-id"_s, QString::number(alert->winId()), u"_MOTIF_WM_HINTS"_s,
+                                         u"_NET_WM_ALLOWED_ACTIONS"_s, u"WM_TRANSIENT_FOR"_s});
+                xprop.waitForFinished(5000);
+                hints = QString::fromUtf8(xprop.readAllStandardOutput());
+                centreOffset = alert->frameGeometry().center() - updaterWindow->frameGeometry().center();
+                keepFrame(screenAt(globalRect(alert->window()).adjusted(-8, -40, 8, 8)), u"copying-failed-alert"_s);
+                // Escape, then the window manager's own close (Alt+F4 in openbox).
+                QVERIFY(xdotool({u"key"_s, u"Escape"_s}));
+                QVERIFY(xdotool({u"key"_s, u"alt+F4"_s}));
+                return;
+            }
+            if (step < 10)
+                return; // half a second for the keys to arrive
+            stillUp = alert->isVisible();
+            clonePresent = QFileInfo::exists(updater.clone + u"/.git"_s);
+            installedPresent = QFileInfo::exists(updater.installed + u"/harbor-night.theme.json"_s);
+            alert->button(0)->click(); // Continue
+            answer.stop();
+        });
+        answer.start();
+        QVERIFY(xdotool(clickAt(globalRect(updater.cell(0)->updateButton()).center())));
+        QTRY_VERIFY_WITH_TIMEOUT(!answer.isActive(), 20000);
+        QCOMPARE(seen, u"Copying Theme Failed"_s);
+        // Transient for the updater and centred over it; the window manager is asked for no close
+        // function (openbox keeps its close button anyway, and its close is refused as shown above).
+        QVERIFY2(hints.contains(u"WM_TRANSIENT_FOR(WINDOW): window id # 0x%1"_s.arg(updaterWindow->winId(), 0, 16)),
+                 qPrintable(hints));
+        const QString motif = hints.section(u'\n', 0, 0).section(u'=', 1).trimmed();
+        const qulonglong functions = motif.section(u',', 1, 1).trimmed().toULongLong(nullptr, 16);
+        QVERIFY2((motif.section(u',', 0, 0).trimmed().toULongLong(nullptr, 16) & 1) && !(functions & (1 | 0x20)),
+                 qPrintable(hints));
+        QVERIFY2(std::abs(centreOffset.x()) < 40, qPrintable(u"%1 px off centre"_s.arg(centreOffset.x())));
+        QVERIFY2(stillUp, "Escape or the window manager closed the alert");
+        QVERIFY(clonePresent && installedPresent);
+        QTest::qWait(300);
+        QVERIFY(QFileInfo::exists(updater.clone + u"/.git"_s));
+        QVERIFY(QFileInfo::exists(updater.installed + u"/harbor-night.theme.json"_s));
+    }
+
+private:
+    QTemporaryDir m_settings;
+};
+
+QTEST_MAIN(DesktopWindowTest)
+#include "DesktopWindowTest.moc"
