@@ -43,7 +43,6 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
 
     // Nothing to update and nothing loaded yet: the buttons wait for the first state.
     m_ui->updateAllButton->setEnabled(false);
-    connect(m_tableViewModel, &QAbstractItemModel::modelReset, this, &ThemeListViewController::rowsReplaced);
 
     ThemeTableView* table = m_ui->themeTableView;
     table->registerView(ThemeCellView::reuseIdentifier, [] { return new ThemeCellView; });
@@ -57,6 +56,8 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     table->setViewProvider([this](ThemeTableView& tableView, int row) { return viewForRow(tableView, row); });
     // Every replacement of the rows resets the model; the table reloads on it.
     table->setModel(m_tableViewModel);
+    // After the table's own handling of a reset, which scrolls it to the top.
+    connect(m_tableViewModel, &QAbstractItemModel::modelReset, this, &ThemeListViewController::rowsReplaced);
 }
 
 ThemeListViewController::~ThemeListViewController() = default;
