@@ -13,6 +13,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QTemporaryDir>
+#include <QThread>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -44,11 +45,30 @@ struct Neighbours final : FindsThemeDifferences, ShowsThemeUpdates, DeletesFiles
                                e.copyCommand == copyOf(e.name) ? u"its copy"_s : u"another copy"_s}
                        .join(" | "_L1);
     }
+    void showInstallProgress(qsizetype installed, qsizetype total) override
+    {
+        log << u"progress %1/%2"_s.arg(installed).arg(total);
+    }
+    void showInstallEnded() override { log << u"ended"_s; }
     Result<void, AnyError> deleteItem(const QUrl& url) const override
     {
         if (refused.contains(url.fileName()))
             return std::unexpected(AnyError(TextError{u"refused"_s}));
         return FileManager::shared()->deleteItem(url);
+    }
+};
+
+// A disk that takes a millisecond a copy and refuses one of them: the handler's batches outlast a slice.
+struct SlowCopier final : FileCopier {
+    mutable QStringList copied;
+    QString refused;
+    Result<void, AnyError> copy(const CopyCommand& command) const override
+    {
+        QThread::msleep(1);
+        if (command.sourceFileName() == refused)
+            return std::unexpected(AnyError(TextError{u"refused"_s}));
+        copied << command.sourceFileName();
+        return {};
     }
 };
 
@@ -224,6 +244,52 @@ private slots:
             QTEST(alerts.seen().value(0), "texts");
             QCOMPARE(alerts.seen().size(), 1);
         }
+    }
+
+    void aLongBatchCopiesInSlicesAndShowsItsProgress_data()
+    {
+        QTest::addColumn<QString>("refused");
+        QTest::addColumn<int>("copied");
+        QTest::newRow("all 200 copied, then a refresh") << QString() << 200;
+        QTest::newRow("the 150th refused: the batch stops there") << u"t149.theme.json"_s << 149;
+    }
+
+    void aLongBatchCopiesInSlicesAndShowsItsProgress()
+    {
+        QFETCH(QString, refused);
+        QFETCH(int, copied);
+        auto copier = std::make_shared<SlowCopier>();
+        copier->refused = refused;
+        const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(u"/clone"_s),
+                                          QUrl::fromLocalFile(u"/installed"_s));
+        auto handler = std::make_shared<ThemeEntryEventHandler>(configuration, m_presenter, copier, m_neighbours);
+        QList<CopyCommand> commands;
+        for (int index = 0; index < 200; ++index)
+            commands << copyOf(u"t%1.theme.json"_s.arg(index));
+        AlertAnswerer answerer({Answer::first}); // Continue
+
+        handler->installThemes(commands);
+        QVERIFY(handler->isInstalling()); // the first slice is done; the rest waits for the event loop
+        const qsizetype firstSlice = copier->copied.size();
+        QVERIFY(firstSlice > 0 && firstSlice < copied);
+        QCOMPARE(m_neighbours->log, QStringList{u"progress %1/200"_s.arg(firstSlice)});
+        handler->installThemes({copyOf(u"other.theme.json"_s)}); // stale rows while a batch runs: ignored
+        QTRY_VERIFY(!handler->isInstalling());
+
+        QCOMPARE(copier->copied.size(), copied);
+        QVERIFY(!copier->copied.contains(u"other.theme.json"_s));
+        QStringList progress = m_neighbours->log.filter(u"progress"_s);
+        QVERIFY(progress.size() >= 2);
+        qsizetype previous = 0;
+        for (const QString& line : std::as_const(progress)) {
+            const qsizetype installed = line.section(u' ', 1).section(u'/', 0, 0).toLongLong();
+            QVERIFY(installed > previous && installed <= copied);
+            previous = installed;
+        }
+        // A refresh after success; after a failure the progress ends before the alert, and no refresh.
+        QCOMPARE(m_neighbours->log.last(), refused.isEmpty() ? u"loading"_s : u"ended"_s);
+        QCOMPARE(answerer.seen().size(), refused.isEmpty() ? 0 : 1);
+        QCOMPARE(m_neighbours->pending.size(), refused.isEmpty() ? 1 : 0);
     }
 
 public slots:

@@ -6,6 +6,7 @@
 #include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/ThemeCellView.h"
 #include "Corvane/ui/ThemeTableView.h"
 
 #include "GitRepositoryFixture.h"
@@ -15,6 +16,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QScrollBar>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -36,8 +38,11 @@ struct Updater {
     std::unique_ptr<CorvaneWireframe> wireframe;
     ThemeListViewController* list;
 
-    explicit Updater(bool reachable = true)
+    explicit Updater(bool reachable = true, int more = 0)
     {
+        for (int index = 0; index < more; ++index)
+            writeTheme(remote.themesDirectory(), u"more-%1.theme.json"_s.arg(index, 2, 10, QChar(u'0')),
+                       u"More %1"_s.arg(index, 2, 10, QChar(u'0')), u"light"_s, {}, u"1.0.0"_s);
         for (const QString& themes : {remote.themesDirectory(), installed})
             writeTheme(themes, u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s},
                        themes == installed ? u"1.2"_s : u"1.10"_s);
@@ -96,6 +101,35 @@ private slots:
                  updater.file(updater.remote.themesDirectory(), "paper-mint.theme.json"));
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
         QCOMPARE(updater.rows(), QStringList{});
+    }
+
+    void anInstallKeepsThePlaceAndIgnoresPressesOnMovingRows()
+    {
+        TrashSandbox trash;
+        Updater updater(true, 40);
+        updater.wireframe->show();
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        ThemeTableView* table = updater.list->themeTableView();
+        QScrollBar* scroll = table->verticalScrollBar();
+        scroll->setValue(table->rowHeight() * 20 + 7);
+        const int acted = table->firstVisibleRow() + 2;
+        const QStringList before = updater.rows();
+        const CopyCommand other = updater.list->tableViewModel().entries().at(acted + 1).copyCommand;
+
+        updater.list->installTheme(other); // the rows just moved: a press now could be meant for another row
+        QCOMPARE(QDir(updater.installed).entryList(QDir::Files).size(), 1); // Harbor Night only, as before
+        QTest::qWait(QApplication::doubleClickInterval());
+        auto cell = qobject_cast<ThemeCellView*>(table->cellForRow(acted));
+        QTest::mouseClick(cell->updateButton(), Qt::LeftButton);
+        QVERIFY(updater.loading());
+        updater.list->installTheme(other); // while the list reloads
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+
+        QStringList expected = before;
+        expected.removeAt(acted);
+        QCOMPARE(updater.rows(), expected); // only the acted-on theme was installed
+        QCOMPARE(scroll->value(), table->rowHeight() * 20 + 7); // the rows around it stayed in place
+        QCOMPARE(table->focusedRow(), acted);                     // its successor has the focus
     }
 
     void aFailedComparisonOffersRetryThenIgnore()
