@@ -26,11 +26,23 @@ QString updateTitle()
     return localizedString(QT_TRID_NOOP("corvane.theme.update"), "Update");
 }
 
-// A tooltip the desktop wraps at a readable width rather than one line across the screen: rich text
-// wraps, so the plain text is escaped into a paragraph.
-QString wrappingToolTip(const QString& text)
+// A tooltip in lines of at most about sixty characters, broken between words, instead of one line
+// across the screen: a list of a dozen authors stays readable.
+QString wrappedToolTip(const QString& text)
 {
-    return QStringLiteral("<p>") + text.toHtmlEscaped() + QStringLiteral("</p>");
+    constexpr qsizetype lineLength = 60;
+    QString wrapped;
+    qsizetype lineStart = 0;
+    for (const QString& word : text.split(u' ')) {
+        if (wrapped.size() > lineStart && wrapped.size() - lineStart + 1 + word.size() > lineLength) {
+            wrapped += u'\n';
+            lineStart = wrapped.size();
+        } else if (wrapped.size() > lineStart) {
+            wrapped += u' ';
+        }
+        wrapped += word;
+    }
+    return wrapped;
 }
 
 } // namespace
@@ -78,8 +90,8 @@ void ThemeCellView::configure(const ThemeEntry& entry)
     }
     m_ui->updateButton->setText(title);
     m_ui->updateButton->setAccessibleName(fillPlaceholders(accessibleFormat, {entry.name}));
-    m_ui->authorsLabel->setToolTip(wrappingToolTip(entry.authors));
-    m_ui->themeNameLabel->setToolTip(wrappingToolTip(entry.name));
+    m_ui->authorsLabel->setToolTip(wrappedToolTip(entry.authors));
+    m_ui->themeNameLabel->setToolTip(wrappedToolTip(entry.name));
     m_copyCommand = entry.copyCommand;
 }
 

@@ -5,6 +5,7 @@
 #include "Corvane/ui/AllUpdatedViewController.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/LoadingViewController.h"
+#include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableView.h"
 #include "Corvane/ui/VersionLabel.h"
@@ -182,6 +183,33 @@ private slots:
         for (auto button : {m_list->updateAllButton(), m_list->refreshButton(), m_list->openThemeDirectoryButton()})
             QTest::mouseClick(button, Qt::LeftButton);
         QTEST(m_delegate->log, "clicks");
+    }
+
+    void theCheckMarkStandsOutInEveryPalette_data()
+    {
+        QTest::addColumn<QRgb>("base");
+        QTest::addColumn<QRgb>("text");
+        QTest::addColumn<QRgb>("accent");
+        QTest::addColumn<bool>("accentKept"); // already legible: drawn in the accent itself
+        QTest::newRow("light, blue accent") << QRgb(0xffffff) << QRgb(0x000000) << QRgb(0x308cc6) << true;
+        QTest::newRow("dark, deep blue accent") << QRgb(0x3d3d3d) << QRgb(0xeeeeee) << QRgb(0x12608a) << false;
+        QTest::newRow("dark, accent the colour of the base") << QRgb(0x1f2023) << QRgb(0xe8e8ea) << QRgb(0x1f2023)
+                                                             << false;
+        QTest::newRow("dark, bright accent") << QRgb(0x1f2023) << QRgb(0xe8e8ea) << QRgb(0x4d8cf0) << true;
+    }
+
+    void theCheckMarkStandsOutInEveryPalette()
+    {
+        QFETCH(QRgb, base);
+        QFETCH(QRgb, text);
+        QFETCH(QRgb, accent);
+        QPalette palette;
+        palette.setColor(QPalette::Base, QColor(base));
+        palette.setColor(QPalette::Text, QColor(text));
+        palette.setColor(QPalette::Highlight, QColor(accent));
+        const QColor mark = legibleAccentColour(palette);
+        QVERIFY(contrastRatio(mark, QColor(base)) >= 3.0);
+        QTEST(mark == QColor(accent), "accentKept");
     }
 
 private:
