@@ -356,6 +356,34 @@ private slots:
         QVERIFY(QFileInfo::exists(updater.installed + u"/harbor-night.theme.json"_s));
     }
 
+    void theUpdaterOpensOverTheHostAndComesBackWhereItWasLeft()
+    {
+        QSettings().remove(CorvaneWindowController::settingsGroup); // no frame remembered from before
+        QWidget host;
+        host.setWindowTitle(u"Host"_s);
+        host.setGeometry(60, 80, 760, 560);
+        host.show();
+        QVERIFY(QTest::qWaitForWindowActive(&host));
+        Updater updater(2);
+        updater.open(updater.remote.fileUrl());
+        QWidget* window = updater.wireframe->windowController()->window();
+        QTRY_VERIFY(QApplication::activeWindow() == window);
+        const QPoint offCentre = window->frameGeometry().center() - host.frameGeometry().center();
+        QVERIFY2(offCentre.manhattanLength() < 40, qPrintable(u"%1, %2 off the host's centre"_s.arg(offCentre.x()).arg(offCentre.y())));
+
+        // Moved by the user through the window manager, closed, and shown again by the same host.
+        QVERIFY(xdotool({u"windowmove"_s, QString::number(window->winId()), u"500"_s, u"300"_s}));
+        QTRY_VERIFY(window->pos().x() >= 490 && window->pos().x() <= 510);
+        const QPoint left = window->frameGeometry().topLeft();
+        updater.wireframe->close();
+        QTRY_VERIFY(!window->isVisible());
+        QTest::qWait(200);
+        updater.wireframe->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QTRY_COMPARE(window->frameGeometry().topLeft(), left);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+    }
+
 private:
     QTemporaryDir m_settings;
 };
