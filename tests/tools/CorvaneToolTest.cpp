@@ -13,6 +13,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
 using namespace corvane::test;
 
 namespace {
@@ -54,6 +60,26 @@ struct Scene {
     }
 };
 
+// The names in a directory as the system stores them, sorted (QDir passes names through text).
+QList<QByteArray> encodedNames(const QByteArray& directory)
+{
+    QList<QByteArray> names;
+    if (DIR* listing = ::opendir(directory.constData())) {
+        while (const dirent* entry = ::readdir(listing)) {
+            if (entry->d_name[0] != '.')
+                names << QByteArray(entry->d_name);
+        }
+        ::closedir(listing);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+QList<QByteArray> encodedNames(const QString& directory)
+{
+    return encodedNames(QFile::encodeName(directory));
+}
+
 } // namespace
 
 class CorvaneToolTest : public QObject {
@@ -72,7 +98,8 @@ private slots:
         QFETCH(bool, overGit);
         Scene scene(overGit);
         QVERIFY(!overGit || scene.daemon->isRunning());
-        const QString odd = "Z\tnew\nline \"q\" \\ \x01";
+        // Names that would split a row, or that a terminal would act on (clear the screen, ring).
+        const QString odd = QString("Z\tnew\nline \"q\" \\ \x01\x1b[2J\x07") + QChar(0x85);
         writeTheme(scene.remote.themesDirectory(), "z.theme.json", odd, "dark", {"Ann\tBo"}, "1.0.0");
         scene.publish();
 
@@ -81,7 +108,7 @@ private slots:
         QCOMPARE(plain.err, QString());
         QCOMPARE(plain.exitCode, 0);
         QCOMPARE(plain.lines(), (QStringList{"Aurora\tLight\tAnn, Bo\t-\t1.0.0",
-                                             "Z new line \"q\" \\ \x01\tDark\tAnn Bo\t-\t1.0.0",
+                                             "Z\\tnew\\nline \"q\" \\\\ \\x01\\x1b[2J\\x07\\u0085\tDark\tAnn\\tBo\t-\t1.0.0",
                                              decomposedCafe + "\tLight\tDee\t2.0.0\t3.0.0", "Solar\tDark\tCy\t1.5.0\t2.0.0"}));
 
         const Run json = scene.run({"list", "--json"});
@@ -97,6 +124,38 @@ private slots:
                              row(odd, "Dark", "Ann\tBo", {}, "1.0.0", "z", "z"),
                              row(decomposedCafe, "Light", "Dee", "2.0.0", "3.0.0", "cafe", "cafe-old"),
                              row("Solar", "Dark", "Cy", "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
+
+        TrashSandbox trash;
+        const Run install = scene.run({"install", "--all"});
+        QCOMPARE(install.exitCode, 0);
+        QVERIFY(install.lines().contains("installed Z\\tnew\\nline \"q\" \\\\ \\x01\\x1b[2J\\x07\\u0085"));
+    }
+
+    // Names that are not UTF-8 keep their bytes from the clone to the installed directory; an
+    // installed one is updated in place, not beside a look-alike.
+    void installsFilesWhoseNamesAreNotUTF8()
+    {
+        TrashSandbox trash;
+        Scene scene;
+        const auto writeRaw = [](const QString& directory, const QByteArray& name, const QByteArray& content) {
+            QVERIFY(QDir().mkpath(directory));
+            const int descriptor = ::open((QFile::encodeName(directory) + '/' + name).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            QVERIFY(descriptor >= 0 && ::write(descriptor, content.constData(), content.size()) == content.size());
+            ::close(descriptor);
+        };
+        writeTheme(scene.remote.themesDirectory(), "aurora.theme.json", "Aurora", "light", {}, "1.0.0");
+        writeRaw(scene.remote.themesDirectory(), "bad\xff\xfename.theme.json", themeJson("Bad", "dark", {}, "1.0.0"));
+        writeRaw(scene.remote.themesDirectory(), "old-remote.theme.json", themeJson("Old", "dark", {}, "2.0.0"));
+        scene.remote.commitAll("Odd names");
+        writeRaw(scene.installed, "old\xff.theme.json", themeJson("Old", "dark", {}, "1.0.0"));
+
+        const Run run = scene.run({"install", "--all"});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.lines(), (QStringList{"installed Aurora", "installed Bad", "updated Old 1.0.0 -> 2.0.0"}));
+        QCOMPARE(encodedNames(scene.installed),
+                 (QList<QByteArray>{"aurora.theme.json", "bad\xff\xfename.theme.json", "old\xff.theme.json"}));
+        QCOMPARE(encodedNames(QFile::encodeName(trash.filesDirectory())), QList<QByteArray>{"old\xff.theme.json"});
+        QCOMPARE(scene.run({"list"}).out, QString());
     }
 
     void reportsABrokenRemoteThemeFile()
@@ -166,7 +225,10 @@ private slots:
         for (const QString name : {"Aurora", "Borealis", "Cirrus"})
             writeTheme(scene.remote.themesDirectory(), name.toLower() + ".theme.json", name, "dark", {}, "1.0.0");
         scene.remote.commitAll("Three themes");
-        QVERIFY(QDir().mkpath(scene.installed + "/borealis.theme.json")); // the user's folder, never replaced
+        // A folder stands where Borealis goes, and the Trash cannot take it: it holds a file where its
+        // "files" folder belongs.
+        QVERIFY(QDir().mkpath(scene.installed + "/borealis.theme.json"));
+        writeFile(trash.dataHome() + "/Trash", "files", "");
 
         const Run run = scene.run({"install", "--all"});
         QCOMPARE(run.exitCode, 1);

@@ -2,13 +2,14 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ComparisonSetup.h"
+#include "OutputField.h"
 
 namespace corvane::cli {
 namespace {
 
 QString plainLine(const ThemeEntry& entry)
 {
-    return QStringList{plainField(entry.name), plainField(entry.style), plainField(entry.authors),
+    return QStringList{escapeField(entry.name), escapeField(entry.style), escapeField(entry.authors),
                        entry.installedVersion.value_or(QStringLiteral("-")), entry.remoteVersion}
         .join(u'\t');
 }
