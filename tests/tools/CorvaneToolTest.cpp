@@ -158,6 +158,30 @@ private slots:
         QCOMPARE(scene.run({"list"}).out, QString());
     }
 
+    // A name's bytes that are not UTF-8 stay recoverable in every output: escaped in the lines, as
+    // unpaired surrogate escapes in JSON.
+    void printsNamesThatAreNotUTF8()
+    {
+        Scene scene;
+        QVERIFY(QDir().mkpath(scene.remote.themesDirectory()));
+        const QByteArray raw = QFile::encodeName(scene.remote.themesDirectory()) + "/bad\xff.theme.json";
+        const int descriptor = ::open(raw.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const QByteArray json = themeJson("Bad", "dark", {}, "1.0.0");
+        QVERIFY(descriptor >= 0 && ::write(descriptor, json.constData(), json.size()) == json.size());
+        ::close(descriptor);
+        scene.remote.commitAll("A name that is not UTF-8");
+
+        const Run run = scene.run({"list", "--json"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.out.contains("/Themes/bad\\udcff.theme.json\""), qPrintable(run.out));
+        QVERIFY2(run.out.contains("/bad\\udcff.theme.json\"}"), qPrintable(run.out));
+
+        QProcess lint;
+        lint.start(CORVANE_TOOL_PATH, {"lint", scene.clone + "/Themes"});
+        QVERIFY(lint.waitForFinished(60000));
+        QCOMPARE(lint.readAllStandardOutput(), QByteArray("bad\\xff.theme.json\tBad\tdark\t\t1.0.0\n"));
+    }
+
     void reportsABrokenRemoteThemeFile()
     {
         Scene scene;
