@@ -228,6 +228,22 @@ int writeAll(int descriptor, const QByteArray& bytes)
     return 0;
 }
 
+// Makes the info file with O_EXCL and writes it; 0, EEXIST when the name is taken, or the error.
+int writeInfoExclusively(const QByteArray& info, const QByteArray& content)
+{
+    Descriptor descriptor(::open(info.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (descriptor.get() < 0)
+        return errno;
+    int code = writeAll(descriptor.get(), content);
+    if (code == 0 && ::fsync(descriptor.get()) != 0)
+        code = errno;
+    if (const int closing = descriptor.close(); code == 0)
+        code = closing;
+    if (code != 0)
+        ::unlink(info.constData());
+    return code;
+}
+
 // The directory with links resolved; empty when it cannot be resolved.
 QByteArray realDirectory(const QByteArray& directory)
 {
@@ -258,30 +274,42 @@ Result<void, TextError> Trash::moveItem(const QByteArray& path)
         : trash->top == "/"                          ? original.mid(1)
                                                      : original.mid(trash->top.size() + 1);
 
+    // The info file appears whole or not at all: written to an unnamed file of the info folder and
+    // then linked in under its name, which fails when the name is taken. A kill before the link
+    // leaves nothing. Where the file system has no unnamed files it is made with O_EXCL and then
+    // written, and a kill in between can leave it empty.
+    const QByteArray content = infoContent(recorded);
+    Descriptor unnamed(::open(trash->info().constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (unnamed.get() >= 0 && (writeAll(unnamed.get(), content) != 0 || ::fsync(unnamed.get()) != 0))
+        unnamed.close();
+    const QByteArray unnamedPath = "/proc/self/fd/" + QByteArray::number(unnamed.get());
+
     for (int attempt = 1;; ++attempt) {
         const QByteArray trashedName = candidateName(name, attempt);
         const QByteArray info = trash->info() + '/' + trashedName + ".trashinfo";
         const QByteArray trashed = trash->files() + '/' + trashedName;
-        Descriptor descriptor(::open(info.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
-        if (descriptor.get() < 0) {
-            if (errno == EEXIST && attempt < 10000)
-                continue;
-            return fail(refused() + u' ' + RegularFile::describeErrno(errno));
+        int code = 0;
+        if (unnamed.get() >= 0) {
+            if (::linkat(AT_FDCWD, unnamedPath.constData(), AT_FDCWD, info.constData(), AT_SYMLINK_FOLLOW) != 0)
+                code = errno;
+            if (code != 0 && code != EEXIST) { // no /proc, or links refused: the other way
+                unnamed.close();
+                code = 0;
+            }
         }
+        if (unnamed.get() < 0)
+            code = writeInfoExclusively(info, content);
+        if (code == EEXIST && attempt < 10000)
+            continue;
+        if (code != 0)
+            return fail(refused() + u' ' + RegularFile::describeErrno(code));
         struct stat taken;
         if (::lstat(trashed.constData(), &taken) == 0) { // an item whose info file is gone: not ours to replace
-            descriptor.close();
             ::unlink(info.constData());
             continue;
         }
-        int code = writeAll(descriptor.get(), infoContent(recorded));
-        if (code == 0 && ::fsync(descriptor.get()) != 0)
+        if (::rename(path.constData(), trashed.constData()) != 0) {
             code = errno;
-        if (const int closing = descriptor.close(); code == 0)
-            code = closing;
-        if (code == 0 && ::rename(path.constData(), trashed.constData()) != 0)
-            code = errno;
-        if (code != 0) {
             ::unlink(info.constData());
             if (code == EXDEV) {
                 //% "It is on another file system than the Trash."

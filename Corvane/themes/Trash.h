@@ -17,9 +17,11 @@ namespace corvane {
 // An item goes to the user's Trash ($XDG_DATA_HOME/Trash, the data home and the Trash created as
 // needed, mode 0700) when that lies on the item's file system, else to the Trash at the top of the
 // item's own mount ("<top>/.Trash/<uid>" under a sticky, real ".Trash" directory, otherwise
-// "<top>/.Trash-<uid>"). Its info file is made first, with O_EXCL, which reserves the name against
-// every other program using the same Trash; the item is then renamed next to it, and the info file
-// is removed again when that fails. Paths are the system's bytes.
+// "<top>/.Trash-<uid>"). Its info file is made first, which reserves the name against every other
+// program using the same Trash, and it appears whole under that name (written unnamed, then linked
+// in); the item is then renamed next to it, and the info file is removed again when that fails. A
+// kill between the two steps leaves an info file without its item, which removeOrphanInfoFiles
+// clears later. Paths are the system's bytes.
 class Trash {
 public:
     // Moves a file, a directory or a symbolic link itself (never what it points to).
