@@ -350,7 +350,7 @@ void Trash::removeOrphanInfoFiles(const QByteArray& directory, const timespec& b
         struct stat infoStatus;
         if (::lstat(info.constData(), &infoStatus) != 0 || !S_ISREG(infoStatus.st_mode)
             || infoStatus.st_mtim.tv_sec > before.tv_sec
-            || (infoStatus.st_mtim.tv_sec == before.tv_sec && infoStatus.st_mtim.tv_nsec >= before.tv_nsec))
+            || (infoStatus.st_mtim.tv_sec == before.tv_sec && infoStatus.st_mtim.tv_nsec > before.tv_nsec))
             continue;
         auto file = RegularFile::openAt(AT_FDCWD, info.constData(), false);
         if (!file)

@@ -28,7 +28,7 @@ public:
     static Result<void, TextError> moveItem(const QByteArray& path);
 
     // Removes info files that name an item of `directory` but whose item never arrived (the process
-    // moving it died in between), when they are older than `before`. Only the Trashes items of
+    // moving it died in between), when they are not newer than `before`. Only the Trashes items of
     // `directory` would go to are looked at, and nothing is created.
     static void removeOrphanInfoFiles(const QByteArray& directory, const timespec& before);
 };

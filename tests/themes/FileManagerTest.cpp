@@ -301,7 +301,6 @@ private slots:
         std::optional<InstalledDirectoryLock> running;
         if (installRunning)
             running.emplace(QFile::encodeName(installed), InstalledDirectoryLock::Wait::never);
-        QTest::qSleep(20); // the leftovers must be older than the lock the removal takes, on any clock granularity
         InstallLeftovers::removeFrom(QUrl::fromLocalFile(installed));
 
         const QStringList all = {".corvane-install-Ab12Cd", ".corvane-installed-by-hand", "ember.theme.json"};
