@@ -227,10 +227,6 @@
         <source>Could not move &apos;%@&apos; to the Trash: %@</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.file-manager.dangling-link">
-        <source>It is a symbolic link to something that doesn&apos;t exist.</source>
-        <translation type="unfinished"></translation>
-    </message>
     <message id="corvane.file-manager.trash-refused">
         <source>The Trash refused it.</source>
         <translation type="unfinished"></translation>
@@ -257,10 +253,6 @@
     </message>
     <message id="corvane.file-manager.source-unreadable">
         <source>Could not read &apos;%@&apos;: %@</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message id="corvane.file-manager.directory-in-the-way">
-        <source>A directory stands at the destination.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.no-directory">
@@ -319,6 +311,20 @@
     </message>
     <message id="corvane.loading.install-progress">
         <source>Updating %@ of %@…</source>
+    <message id="corvane.file-manager.name-not-representable">
+        <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.dangling-link-in-the-way">
+        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%@&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.no-trash-on-file-system">
+        <source>Its file system has no Trash that can be used here (&apos;%@&apos;), and the user&apos;s Trash is on another one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.file-manager.trash-other-file-system">
+        <source>It is on another file system than the Trash.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -227,10 +227,6 @@
         <source>Could not move &apos;%@&apos; to the Trash: %@</source>
         <translation>„%@“ konnte nicht in den Papierkorb verschoben werden: %@</translation>
     </message>
-    <message id="corvane.file-manager.dangling-link">
-        <source>It is a symbolic link to something that doesn&apos;t exist.</source>
-        <translation>Es ist ein symbolischer Link auf etwas, das nicht existiert.</translation>
-    </message>
     <message id="corvane.file-manager.trash-refused">
         <source>The Trash refused it.</source>
         <translation>Der Papierkorb hat es abgelehnt.</translation>
@@ -258,10 +254,6 @@
     <message id="corvane.file-manager.source-unreadable">
         <source>Could not read &apos;%@&apos;: %@</source>
         <translation>„%@“ konnte nicht gelesen werden: %@</translation>
-    </message>
-    <message id="corvane.file-manager.directory-in-the-way">
-        <source>A directory stands at the destination.</source>
-        <translation>Am Ziel steht ein Verzeichnis.</translation>
     </message>
     <message id="corvane.file-manager.no-directory">
         <source>The directory &apos;%@&apos; doesn&apos;t exist.</source>
@@ -320,6 +312,21 @@
     <message id="corvane.loading.install-progress">
         <source>Updating %@ of %@…</source>
         <translation>Aktualisiere %@ von %@ …</translation>
+    <message id="corvane.file-manager.name-not-representable">
+        <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
+        <translation>Der Name „%@“ lässt sich nicht als Dateiname darstellen.</translation>
+    </message>
+    <message id="corvane.file-manager.dangling-link-in-the-way">
+        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%@&apos;.</source>
+        <translation>Bei „%@“ steht ein symbolischer Link auf etwas, das nicht existiert.</translation>
+    </message>
+    <message id="corvane.file-manager.no-trash-on-file-system">
+        <source>Its file system has no Trash that can be used here (&apos;%@&apos;), and the user&apos;s Trash is on another one.</source>
+        <translation>Sein Dateisystem hat keinen hier nutzbaren Papierkorb („%@“), und der Papierkorb des Benutzers liegt auf einem anderen.</translation>
+    </message>
+    <message id="corvane.file-manager.trash-other-file-system">
+        <source>It is on another file system than the Trash.</source>
+        <translation>Es liegt auf einem anderen Dateisystem als der Papierkorb.</translation>
     </message>
 </context>
 </TS>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/themes/DirectoryEntries.h"
 
-#include <QFile>
+#include "Corvane/themes/FileNameEncoding.h"
 
 #include <cstring>
 
@@ -39,7 +39,7 @@ QString DirectoryEntries::pathPrefix(const QUrl& directory)
 QString DirectoryEntries::localPath(const QString& prefix, QByteArrayView encodedName)
 {
     if (encodedName.startsWith('/'))
-        return QFile::decodeName(encodedName.toByteArray());
+        return FileNameEncoding::decode(encodedName);
     // Most names are ASCII: widened in place they need no conversion of their own.
     QString path(prefix.size() + encodedName.size(), Qt::Uninitialized);
     char16_t* out = reinterpret_cast<char16_t*>(path.data());
@@ -47,7 +47,7 @@ QString DirectoryEntries::localPath(const QString& prefix, QByteArrayView encode
     out += prefix.size();
     for (const char byte : encodedName) {
         if (static_cast<unsigned char>(byte) >= 0x80)
-            return prefix + QFile::decodeName(encodedName.toByteArray());
+            return prefix + FileNameEncoding::decode(encodedName);
         *out++ = static_cast<char16_t>(byte);
     }
     return path;

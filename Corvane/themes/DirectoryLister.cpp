@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/themes/DirectoryLister.h"
 
-#include <QFile>
+#include "Corvane/themes/FileNameEncoding.h"
 
 namespace corvane {
 
@@ -12,7 +12,7 @@ Result<DirectoryEntries, DirectoryListingError> DirectoryLister::entriesInDirect
         entries.reserve(files.size());
         // Absolute paths: the system opens them as they are, wherever the lister found them.
         for (const QUrl& file : files)
-            entries.append(QFile::encodeName(file.toLocalFile()), false);
+            entries.append(FileNameEncoding::encodeOrEmpty(file.toLocalFile()), false);
         return entries;
     });
 }

@@ -5,17 +5,19 @@
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
 #include "Corvane/themes/Descriptor.h"
+#include "Corvane/themes/FileNameEncoding.h"
+#include "Corvane/themes/InstallLeftovers.h"
+#include "Corvane/themes/InstalledDirectoryLock.h"
 #include "Corvane/themes/LocalFileURL.h"
 #include "Corvane/themes/RegularFile.h"
+#include "Corvane/themes/Trash.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <optional>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -73,103 +75,12 @@ QString trashFailure(const QString& path, const QString& reason)
     return fillPlaceholders(format, {path, reason});
 }
 
-// Whether a path names an item inside a freedesktop Trash: <trash>/files/<name>, where the Trash is a
-// "Trash" directory, ".Trash/<uid>" or ".Trash-<uid>".
-bool isInATrash(const QString& trashedPath)
+QString unrepresentable(const QString& path)
 {
-    const QFileInfo trashed(trashedPath);
-    if (!trashed.isAbsolute())
-        return false;
-    const QDir files = trashed.dir();
-    if (files.dirName() != QLatin1StringView("files"))
-        return false;
-    const QString trash = QFileInfo(files.absolutePath()).dir().dirName();
-    const QString above = QFileInfo(QFileInfo(files.absolutePath()).absolutePath()).dir().dirName();
-    return trash == QLatin1StringView("Trash") || trash.startsWith(QLatin1StringView(".Trash-"))
-        || above == QLatin1StringView(".Trash");
-}
-
-// Whether a Trash that exists has something other than a folder where its "files" or "info" folder
-// belongs. Qt's move to the Trash tries name after name in "info" until it can make one there, and in
-// such a Trash it never can: it would never return.
-bool isBrokenTrash(const QString& trash)
-{
-    struct stat status;
-    if (::stat(QFile::encodeName(trash).constData(), &status) != 0)
-        return false; // made afresh when needed
-    if (!S_ISDIR(status.st_mode))
-        return true;
-    for (const QLatin1StringView part : {QLatin1StringView("/files"), QLatin1StringView("/info")}) {
-        const QByteArray folder = QFile::encodeName(trash + part);
-        struct stat linkStatus;
-        if (::lstat(folder.constData(), &linkStatus) == 0
-            && (::stat(folder.constData(), &status) != 0 || !S_ISDIR(status.st_mode)))
-            return true;
-    }
-    return false;
-}
-
-// The Trashes Qt may choose for an item: the user's own, and those at the top of the item's file
-// system when that is another one ("<top>/.Trash/<uid>", "<top>/.Trash-<uid>").
-QStringList trashesFor(const QString& path)
-{
-    QStringList trashes{QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash")};
-    struct stat item;
-    if (::lstat(QFile::encodeName(path).constData(), &item) != 0)
-        return trashes;
-    QString top = QFileInfo(path).absolutePath();
-    while (top != u'/') {
-        const QString parent = QFileInfo(top).absolutePath();
-        struct stat above;
-        if (::stat(QFile::encodeName(parent).constData(), &above) != 0 || above.st_dev != item.st_dev)
-            break;
-        top = parent;
-    }
-    const QString base = top == u'/' ? QString() : top;
-    const QString uid = QString::number(::getuid());
-    trashes << base + QStringLiteral("/.Trash/") + uid << base + QStringLiteral("/.Trash-") + uid;
-    return trashes;
-}
-
-// Moves one item to the Trash; empty on success, else the reason.
-QString moveToTrash(const QString& path)
-{
-    const QStringList trashes = trashesFor(path);
-    if (std::any_of(trashes.cbegin(), trashes.cend(), isBrokenTrash)) {
-        //% "The Trash refused it."
-        return localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
-    }
-    QFile item(path);
-    if (item.moveToTrash()) {
-        if (isInATrash(item.fileName()))
-            return {};
-        // When it cannot make the user's Trash, Qt takes the working directory for one: the item must
-        // not stay in such a surprising place, so it goes back and the Trash counts as refusing it.
-        const QString stray = item.fileName();
-        if (::rename(QFile::encodeName(stray).constData(), QFile::encodeName(path).constData()) == 0) {
-            const QFileInfo strayFile(stray);
-            QFile::remove(strayFile.dir().filePath(QStringLiteral("../info/%1.trashinfo").arg(strayFile.fileName())));
-            QDir(strayFile.dir()).rmdir(QStringLiteral("../info"));
-            QDir().rmdir(strayFile.path());
-        }
-        //% "The Trash refused it."
-        return localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
-    }
-    const QByteArray encoded = QFile::encodeName(path);
-    struct stat status;
-    if (::lstat(encoded.constData(), &status) != 0)
-        return RegularFile::describeErrno(errno);
-    if (S_ISLNK(status.st_mode) && ::stat(encoded.constData(), &status) != 0) {
-        //% "It is a symbolic link to something that doesn't exist."
-        return localizedString(QT_TRID_NOOP("corvane.file-manager.dangling-link"),
-                               "It is a symbolic link to something that doesn't exist.");
-    }
-    QString reason = item.errorString();
-    if (reason.isEmpty()) {
-        //% "The Trash refused it."
-        reason = localizedString(QT_TRID_NOOP("corvane.file-manager.trash-refused"), "The Trash refused it.");
-    }
-    return reason;
+    //% "The name '%@' cannot be represented as a file name."
+    const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.name-not-representable"),
+                                           "The name '%@' cannot be represented as a file name.");
+    return fillPlaceholders(format, {FileNameEncoding::displayed(path)});
 }
 
 } // namespace
@@ -187,7 +98,7 @@ Result<DirectoryEntries, DirectoryListingError> FileManager::entriesInDirectory(
     };
     if (!directory.isLocalFile())
         return notADirectory();
-    const QByteArray encoded = QFile::encodeName(directory.toLocalFile());
+    const QByteArray encoded = FileNameEncoding::encodeOrEmpty(directory.toLocalFile());
     struct stat status;
     if (encoded.isEmpty() || ::stat(encoded.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
         return notADirectory();
@@ -249,31 +160,51 @@ Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& director
         //% "Could not create the directory '%@': %@"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.create-directory-failed"),
                                                "Could not create the directory '%@': %@");
-        return fail(fillPlaceholders(format, {path, reason}));
+        return fail(fillPlaceholders(format, {FileNameEncoding::displayed(path), reason}));
     };
     if (!directory.isLocalFile() || path.isEmpty()) {
         //% "It is not a local path."
         return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.not-local"), "It is not a local path."));
     }
 
+    const std::optional<QByteArray> encodedPath = FileNameEncoding::encode(path);
+    if (!encodedPath)
+        return failed(unrepresentable(path));
+
     // Each missing component in turn, so that the failure names the component that could not be made.
     qsizetype from = 1;
     while (true) {
-        const qsizetype slash = path.indexOf(u'/', from);
-        const QString component = slash < 0 ? path : path.left(slash);
-        const QByteArray encoded = QFile::encodeName(component);
+        const qsizetype slash = encodedPath->indexOf('/', from);
+        const QByteArray encoded = slash < 0 ? *encodedPath : encodedPath->left(slash);
+        const QString component = FileNameEncoding::displayed(FileNameEncoding::decode(encoded));
         struct stat status;
-        if (::stat(encoded.constData(), &status) == 0) {
-            if (!S_ISDIR(status.st_mode)) {
-                //% "A file, not a directory, stands at '%@'."
-                const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.file-in-the-way"),
-                                                       "A file, not a directory, stands at '%@'.");
-                return failed(fillPlaceholders(format, {component}));
+        bool made = false;
+        if (::stat(encoded.constData(), &status) != 0) {
+            if (errno != ENOENT)
+                return failed(RegularFile::describeErrno(errno));
+            made = ::mkdir(encoded.constData(), 0777) == 0;
+            // EEXIST although nothing was there: made by someone else meanwhile, or a link to nothing.
+            if (!made && (errno != EEXIST || ::stat(encoded.constData(), &status) != 0)) {
+                const int code = errno;
+                struct stat link;
+                if (code == ENOENT && ::lstat(encoded.constData(), &link) == 0 && S_ISLNK(link.st_mode)) {
+                    // mkdir does not follow a link, and making its target is not ours to decide.
+                    //% "A symbolic link to something that doesn't exist stands at '%@'."
+                    const QString format = localizedString(
+                        QT_TRID_NOOP("corvane.file-manager.dangling-link-in-the-way"),
+                        "A symbolic link to something that doesn't exist stands at '%@'.");
+                    return failed(fillPlaceholders(format, {component}));
+                }
+                return failed(RegularFile::describeErrno(code));
             }
-        } else if (errno != ENOENT || (::mkdir(encoded.constData(), 0777) != 0 && errno != EEXIST)) {
-            return failed(RegularFile::describeErrno(errno));
         }
-        if (slash < 0 || slash + 1 >= path.size())
+        if (!made && !S_ISDIR(status.st_mode)) {
+            //% "A file, not a directory, stands at '%@'."
+            const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.file-in-the-way"),
+                                                   "A file, not a directory, stands at '%@'.");
+            return failed(fillPlaceholders(format, {component}));
+        }
+        if (slash < 0 || slash + 1 >= encodedPath->size())
             return {};
         from = slash + 1;
     }
@@ -287,39 +218,40 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
         //% "Could not copy '%@' to '%@': %@"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.copy-failed"),
                                                "Could not copy '%@' to '%@': %@");
-        return fail(fillPlaceholders(format, {sourcePath, destinationPath, reason}));
+        return fail(fillPlaceholders(format, {FileNameEncoding::displayed(sourcePath),
+                                              FileNameEncoding::displayed(destinationPath), reason}));
     };
     if (!QDir::isAbsolutePath(sourcePath) || !QDir::isAbsolutePath(destinationPath) || destinationPath.endsWith(u'/')) {
         //% "Both must be local file paths."
         return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.copy-not-local"),
                                       "Both must be local file paths."));
     }
+    // Names keep their bytes: a theme file whose name is not UTF-8 is read and replaced under that
+    // very name, never under a look-alike.
+    const std::optional<QByteArray> sourceName = FileNameEncoding::encode(sourcePath);
+    if (!sourceName)
+        return failed(unrepresentable(sourcePath));
+    const std::optional<QByteArray> destinationName = FileNameEncoding::encode(destinationPath);
+    if (!destinationName)
+        return failed(unrepresentable(destinationPath));
+    const QByteArray& destination = *destinationName;
 
-    auto source = RegularFile::open(sourcePath);
+    auto source = RegularFile::openAt(AT_FDCWD, sourceName->constData(), false);
     if (!source) {
         //% "Could not read '%@': %@"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.source-unreadable"),
                                                "Could not read '%@': %@");
-        return failed(fillPlaceholders(format, {sourcePath, source.error().text}));
+        return failed(fillPlaceholders(format, {FileNameEncoding::displayed(sourcePath), source.error().text}));
     }
 
-    const QByteArray destination = QFile::encodeName(destinationPath);
-    struct stat existing;
-    // A link at the destination that leads nowhere holds nothing to keep: the new file just replaces it.
-    struct stat linked;
-    const bool replacing = ::lstat(destination.constData(), &existing) == 0
-        && (!S_ISLNK(existing.st_mode) || ::stat(destination.constData(), &linked) == 0);
-    if (replacing && S_ISDIR(existing.st_mode)) {
-        // A theme file never replaces a whole directory: that would move someone's folder to the Trash.
-        //% "A directory stands at the destination."
-        return failed(localizedString(QT_TRID_NOOP("corvane.file-manager.directory-in-the-way"),
-                                      "A directory stands at the destination."));
-    }
+    // Installs into one directory take turns, so that the removal of a killed install's leftovers
+    // never takes the temporary file of one still running.
+    const QByteArray directory = destination.left(std::max<qsizetype>(destination.lastIndexOf('/'), 1));
+    const InstalledDirectoryLock lock(directory, InstalledDirectoryLock::Wait::untilFree);
 
     // The new content goes to a hidden temporary file beside the destination first, so that the
     // destination only ever holds a whole file: the old one, or the new one.
-    const QString directory = parentOf(destinationPath);
-    QByteArray temporary = QFile::encodeName(directory) + "/.corvane-install-XXXXXX";
+    QByteArray temporary = directory + '/' + InstallLeftovers::temporaryPrefix.toByteArray() + "XXXXXX";
     Descriptor target(::mkostemp(temporary.data(), O_CLOEXEC));
     if (target.get() < 0) {
         const int code = errno;
@@ -327,7 +259,7 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
             //% "The directory '%@' doesn't exist."
             const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.no-directory"),
                                                    "The directory '%@' doesn't exist.");
-            return failed(fillPlaceholders(format, {directory}));
+            return failed(fillPlaceholders(format, {FileNameEncoding::displayed(parentOf(destinationPath))}));
         }
         return failed(RegularFile::describeErrno(code));
     }
@@ -345,10 +277,13 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
         return failed(RegularFile::describeErrno(code));
     }
 
-    if (replacing) {
-        if (const QString reason = moveToTrash(destinationPath); !reason.isNull()) {
+    // Whatever stands at the destination goes to the Trash, never away for good: an old theme file,
+    // a directory, a symbolic link (even one that leads nowhere).
+    struct stat existing;
+    if (::lstat(destination.constData(), &existing) == 0) {
+        if (auto trashed = Trash::moveItem(destination); !trashed) {
             discard();
-            return fail(trashFailure(destinationPath, reason));
+            return fail(trashFailure(FileNameEncoding::displayed(destinationPath), trashed.error().text));
         }
     }
     if (::rename(temporary.constData(), destination.constData()) != 0) {
@@ -357,7 +292,7 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
         return failed(RegularFile::describeErrno(code));
     }
     // Make the rename itself durable; a failure here leaves a complete file in place, so it is ignored.
-    if (const int directoryDescriptor = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (const int directoryDescriptor = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         directoryDescriptor >= 0) {
         ::fsync(directoryDescriptor);
         ::close(directoryDescriptor);
@@ -372,8 +307,15 @@ Result<void, AnyError> FileManager::deleteItem(const QUrl& url) const
         return fail(trashFailure(url.toString(),
                                  localizedString(QT_TRID_NOOP("corvane.file-manager.not-local"), "It is not a local path.")));
     }
-    if (const QString reason = moveToTrash(path); !reason.isNull())
-        return fail(trashFailure(path, reason));
+    const std::optional<QByteArray> encoded = FileNameEncoding::encode(path);
+    if (!encoded)
+        return fail(trashFailure(FileNameEncoding::displayed(path), unrepresentable(path)));
+    // A trailing slash would name what a link leads to rather than the link.
+    QByteArray item = *encoded;
+    while (item.size() > 1 && item.endsWith('/'))
+        item.chop(1);
+    if (auto trashed = Trash::moveItem(item); !trashed)
+        return fail(trashFailure(FileNameEncoding::displayed(path), trashed.error().text));
     return {};
 }
 

@@ -28,12 +28,15 @@ public:
     Result<QList<QUrl>, DirectoryListingError> filesInDirectory(const QUrl& directory) const override;
     // The same entries as names, read straight from the system's listing.
     Result<DirectoryEntries, DirectoryListingError> entriesInDirectory(const QUrl& directory) const override;
-    // Creates the directory and its missing parents; a file standing in the way fails, naming it.
+    // Creates the directory and its missing parents; a file, or a link leading nowhere, standing in
+    // the way fails, naming it.
     Result<void, AnyError> createDirectoryIfNeeded(const QUrl& directory) const override;
-    // Crash-safe replace: the source goes to a temporary file beside the destination first, then the
-    // old file goes to the Trash, then the temporary file is renamed into place. Creates no directory.
+    // Crash-safe replace: the source goes to a temporary file beside the destination first, then
+    // whatever stands at the destination (a file, a directory, a link, even one leading nowhere) goes
+    // to the Trash, then the temporary file is renamed into place. Installs into one directory take
+    // turns. Creates no directory.
     Result<void, AnyError> copy(const CopyCommand& command) const override;
-    // Moves a file or a whole directory to the Trash.
+    // Moves a file, a whole directory or a link itself to the Trash (see Trash).
     Result<void, AnyError> deleteItem(const QUrl& url) const override;
 };
 

@@ -2,6 +2,7 @@
 #include "Corvane/themes/RegularFile.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/themes/FileNameEncoding.h"
 
 #include <QFile>
 
@@ -71,7 +72,7 @@ QString RegularFile::describeTooLarge(std::size_t size, std::size_t limit)
 
 Result<RegularFile, TextError> RegularFile::open(const QString& path)
 {
-    return openAt(AT_FDCWD, QFile::encodeName(path).constData(), false);
+    return openAt(AT_FDCWD, FileNameEncoding::encodeOrEmpty(path).constData(), false);
 }
 
 Result<RegularFile, TextError> RegularFile::openAt(int directoryDescriptor, const char* name, bool listedAsRegularFile)

@@ -2,6 +2,7 @@
 #include "Corvane/themes/ThemeReader.h"
 
 #include "Corvane/themes/Descriptor.h"
+#include "Corvane/themes/FileNameEncoding.h"
 
 #include <QFile>
 
@@ -68,7 +69,7 @@ Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUr
     // Files are opened relative to the listed directory, so the system resolves one name per file
     // instead of the whole path. Should the directory have gone since the listing, its files fail to
     // open by their full paths, each with the reason the system gives.
-    const QByteArray encodedPrefix = QFile::encodeName(prefix);
+    const QByteArray encodedPrefix = FileNameEncoding::encodeOrEmpty(prefix);
     const Descriptor listed(::open(encodedPrefix.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     QByteArray fullName;
 

@@ -7,6 +7,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace corvane::test {
 
 QByteArray themeJson(const QString& name, const QString& style, const QStringList& authors, const QString& version)
@@ -48,6 +54,30 @@ QByteArray readFile(const QString& path)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return file.readAll();
+}
+
+void writeFileNamed(const QString& directory, const QByteArray& encodedName, const QByteArray& content)
+{
+    QDir().mkpath(directory);
+    const QByteArray path = QFile::encodeName(directory) + '/' + encodedName;
+    const int descriptor = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (descriptor < 0 || ::write(descriptor, content.constData(), std::size_t(content.size())) != content.size())
+        qFatal("cannot write test file %s", path.constData());
+    ::close(descriptor);
+}
+
+QList<QByteArray> encodedNames(const QString& directory)
+{
+    QList<QByteArray> names;
+    if (DIR* listing = ::opendir(QFile::encodeName(directory).constData())) {
+        while (const dirent* entry = ::readdir(listing)) {
+            if (qstrcmp(entry->d_name, ".") != 0 && qstrcmp(entry->d_name, "..") != 0)
+                names << QByteArray(entry->d_name);
+        }
+        ::closedir(listing);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace corvane::test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -18,5 +20,10 @@ QString writeTheme(const QString& directory, const QString& fileName, const QStr
 QString writeFile(const QString& directory, const QString& fileName, const QByteArray& content);
 
 QByteArray readFile(const QString& path);
+
+// A file named by the system's bytes, for names that are not UTF-8 (Qt would write U+FFFD instead).
+void writeFileNamed(const QString& directory, const QByteArray& encodedName, const QByteArray& content);
+// The names in a directory as the system stores them, sorted, without "." and "..".
+QList<QByteArray> encodedNames(const QString& directory);
 
 } // namespace corvane::test

@@ -5,10 +5,12 @@
 
 namespace corvane::test {
 
-TrashSandbox::TrashSandbox()
-    : m_previous(qgetenv("XDG_DATA_HOME")), m_hadPrevious(qEnvironmentVariableIsSet("XDG_DATA_HOME"))
+TrashSandbox::TrashSandbox(const QString& dataHomeBelow)
+    : m_dataHome(dataHomeBelow.isEmpty() ? m_home.path() : m_home.filePath(dataHomeBelow))
+    , m_previous(qgetenv("XDG_DATA_HOME"))
+    , m_hadPrevious(qEnvironmentVariableIsSet("XDG_DATA_HOME"))
 {
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.path()));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome));
 }
 
 TrashSandbox::~TrashSandbox()
@@ -21,7 +23,12 @@ TrashSandbox::~TrashSandbox()
 
 QString TrashSandbox::filesDirectory() const
 {
-    return m_home.filePath(QStringLiteral("Trash/files"));
+    return m_dataHome + QStringLiteral("/Trash/files");
+}
+
+QString TrashSandbox::infoDirectory() const
+{
+    return m_dataHome + QStringLiteral("/Trash/info");
 }
 
 QStringList TrashSandbox::trashedNames() const

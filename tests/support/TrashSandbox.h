@@ -12,16 +12,23 @@ namespace corvane::test {
 // of the test's own and never the user's.
 class TrashSandbox {
 public:
-    TrashSandbox();
+    // The data home is the temporary directory itself, or `dataHomeBelow` inside it, left to be made
+    // (a fresh account has none).
+    explicit TrashSandbox(const QString& dataHomeBelow = QString());
     ~TrashSandbox();
 
+    // $XDG_DATA_HOME.
+    QString dataHome() const { return m_dataHome; }
     // The Trash's files directory ($XDG_DATA_HOME/Trash/files).
     QString filesDirectory() const;
+    // The Trash's info directory ($XDG_DATA_HOME/Trash/info).
+    QString infoDirectory() const;
     // The names of the items now in the Trash, sorted.
     QStringList trashedNames() const;
 
 private:
     QTemporaryDir m_home;
+    QString m_dataHome;
     QByteArray m_previous;
     bool m_hadPrevious;
 };

@@ -72,7 +72,8 @@ private slots:
         QFETCH(bool, overGit);
         Scene scene(overGit);
         QVERIFY(!overGit || scene.daemon->isRunning());
-        const QString odd = "Z\tnew\nline \"q\" \\ \x01";
+        // Names that would split a row, or that a terminal would act on (clear the screen, ring).
+        const QString odd = QString("Z\tnew\nline \"q\" \\ \x01\x1b[2J\x07") + QChar(0x85);
         writeTheme(scene.remote.themesDirectory(), "z.theme.json", odd, "dark", {"Ann\tBo"}, "1.0.0");
         scene.publish();
 
@@ -81,7 +82,7 @@ private slots:
         QCOMPARE(plain.err, QString());
         QCOMPARE(plain.exitCode, 0);
         QCOMPARE(plain.lines(), (QStringList{"Aurora\tLight\tAnn, Bo\t-\t1.0.0",
-                                             "Z new line \"q\" \\ \x01\tDark\tAnn Bo\t-\t1.0.0",
+                                             "Z\\tnew\\nline \"q\" \\\\ \\x01\\x1b[2J\\x07\\u0085\tDark\tAnn\\tBo\t-\t1.0.0",
                                              decomposedCafe + "\tLight\tDee\t2.0.0\t3.0.0", "Solar\tDark\tCy\t1.5.0\t2.0.0"}));
 
         const Run json = scene.run({"list", "--json"});
@@ -97,6 +98,41 @@ private slots:
                              row(odd, "Dark", "Ann\tBo", {}, "1.0.0", "z", "z"),
                              row(decomposedCafe, "Light", "Dee", "2.0.0", "3.0.0", "cafe", "cafe-old"),
                              row("Solar", "Dark", "Cy", "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
+
+        TrashSandbox trash;
+        const Run install = scene.run({"install", "--all"});
+        QCOMPARE(install.exitCode, 0);
+        QVERIFY(install.lines().contains("installed Z\\tnew\\nline \"q\" \\\\ \\x01\\x1b[2J\\x07\\u0085"));
+    }
+
+    // Names that are not UTF-8 keep their bytes from the clone to the installed directory; an
+    // installed one is updated in place, not beside a look-alike. Every output keeps them
+    // recoverable: \xHH in lines, an unpaired surrogate escape in JSON.
+    void handlesNamesThatAreNotUTF8()
+    {
+        TrashSandbox trash;
+        Scene scene;
+        writeTheme(scene.remote.themesDirectory(), "aurora.theme.json", "Aurora", "light", {}, "1.0.0");
+        writeFileNamed(scene.remote.themesDirectory(), "bad\xff\xfename.theme.json", themeJson("Bad", "dark", {}, "1.0.0"));
+        writeFileNamed(scene.remote.themesDirectory(), "old-remote.theme.json", themeJson("Old", "dark", {}, "2.0.0"));
+        scene.remote.commitAll("Odd names");
+        writeFileNamed(scene.installed, "old\xff.theme.json", themeJson("Old", "dark", {}, "1.0.0"));
+
+        const Run list = scene.run({"list", "--json"});
+        QVERIFY2(list.out.contains("/Themes/bad\\udcff\\udcfename.theme.json\""), qPrintable(list.out));
+        QVERIFY2(list.out.contains("/old\\udcff.theme.json\"}"), qPrintable(list.out));
+        QProcess lint;
+        lint.start(CORVANE_TOOL_PATH, {"lint", scene.installed});
+        QVERIFY(lint.waitForFinished(60000));
+        QCOMPARE(lint.readAllStandardOutput(), QByteArray("old\\xff.theme.json\tOld\tdark\t\t1.0.0\n"));
+
+        const Run run = scene.run({"install", "--all"});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.lines(), (QStringList{"installed Aurora", "installed Bad", "updated Old 1.0.0 -> 2.0.0"}));
+        QCOMPARE(encodedNames(scene.installed),
+                 (QList<QByteArray>{"aurora.theme.json", "bad\xff\xfename.theme.json", "old\xff.theme.json"}));
+        QCOMPARE(encodedNames(trash.filesDirectory()), QList<QByteArray>{"old\xff.theme.json"});
+        QCOMPARE(scene.run({"list"}).out, QString());
     }
 
     void reportsABrokenRemoteThemeFile()
@@ -166,7 +202,10 @@ private slots:
         for (const QString name : {"Aurora", "Borealis", "Cirrus"})
             writeTheme(scene.remote.themesDirectory(), name.toLower() + ".theme.json", name, "dark", {}, "1.0.0");
         scene.remote.commitAll("Three themes");
-        QVERIFY(QDir().mkpath(scene.installed + "/borealis.theme.json")); // the user's folder, never replaced
+        // A folder stands where Borealis goes, and the Trash cannot take it: it holds a file where its
+        // "files" folder belongs.
+        QVERIFY(QDir().mkpath(scene.installed + "/borealis.theme.json"));
+        writeFile(trash.dataHome() + "/Trash", "files", "");
 
         const Run run = scene.run({"install", "--all"});
         QCOMPARE(run.exitCode, 1);

@@ -46,13 +46,4 @@ Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuratio
         [](ThemeDifferencesError error) { return error.errorDescription(); });
 }
 
-QString plainField(QString text)
-{
-    for (QChar& c : text) {
-        if (c == u'\t' || c == u'\n' || c == u'\r')
-            c = u' ';
-    }
-    return text;
-}
-
 } // namespace corvane::cli

@@ -29,8 +29,4 @@ struct ThemeRow {
 // the text is exactly what the window's alert would show.
 Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration);
 
-// A text as a field of a plain output line: a tab or line break inside a name would split the row,
-// so they become spaces there (--json keeps the text exactly).
-QString plainField(QString text);
-
 } // namespace corvane::cli

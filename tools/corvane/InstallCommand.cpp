@@ -2,6 +2,7 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ComparisonSetup.h"
+#include "OutputField.h"
 
 #include "Corvane/module/Localized.h"
 #include "Corvane/themes/FileManager.h"
@@ -30,9 +31,9 @@ QString copyingFailedMessage(const QString& fileName)
 QString doneLine(const ThemeRow& row)
 {
     if (row.isUpdate())
-        return QStringLiteral("updated %1 %2 -> %3").arg(plainField(row.entry.name), *row.entry.installedVersion,
+        return QStringLiteral("updated %1 %2 -> %3").arg(escapeField(row.entry.name), *row.entry.installedVersion,
                                                         row.entry.remoteVersion);
-    return QStringLiteral("installed %1").arg(plainField(row.entry.name));
+    return QStringLiteral("installed %1").arg(escapeField(row.entry.name));
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "CommandLine.h"
 #include "Commands.h"
+#include "OutputField.h"
 
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/FileNameEncoding.h"
 #include "Corvane/themes/ThemeDecoder.h"
 #include "Corvane/themes/ThemeDecodingError.h"
 #include "Corvane/themes/ThemeReader.h"
@@ -19,32 +21,6 @@
 namespace corvane::cli {
 
 namespace {
-
-// One file is one line: the characters that would break a line or a field are written as escapes.
-QString escapeField(const QString& text)
-{
-    QString escaped;
-    escaped.reserve(text.size());
-    for (const QChar c : text) {
-        switch (c.unicode()) {
-        case u'\\':
-            escaped += u"\\\\";
-            break;
-        case u'\n':
-            escaped += u"\\n";
-            break;
-        case u'\r':
-            escaped += u"\\r";
-            break;
-        case u'\t':
-            escaped += u"\\t";
-            break;
-        default:
-            escaped += c;
-        }
-    }
-    return escaped;
-}
 
 struct Checked {
     QString fileName;
@@ -93,7 +69,7 @@ int runLint(const QStringList& arguments)
     for (const QUrl& url : std::as_const(*listed)) {
         const QString name = url.fileName();
         if (ThemeReader::isThemeFileName(name))
-            files.push_back(Listed{url, name, QFile::encodeName(name)});
+            files.push_back(Listed{url, name, FileNameEncoding::encodeOrEmpty(name)});
     }
     std::sort(files.begin(), files.end(), [](const Listed& a, const Listed& b) { return a.key < b.key; });
 

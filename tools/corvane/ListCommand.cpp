@@ -2,22 +2,27 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "ComparisonSetup.h"
+#include "OutputField.h"
 
 namespace corvane::cli {
 namespace {
 
 QString plainLine(const ThemeEntry& entry)
 {
-    return QStringList{plainField(entry.name), plainField(entry.style), plainField(entry.authors),
+    return QStringList{escapeField(entry.name), escapeField(entry.style), escapeField(entry.authors),
                        entry.installedVersion.value_or(QStringLiteral("-")), entry.remoteVersion}
         .join(u'\t');
 }
 
-// JSON text of a string: quotes, backslashes and control characters escaped, everything else as is.
+// JSON text of a string: quotes, backslashes, control characters and unpaired surrogates escaped,
+// everything else as is.
 void appendJsonString(QString& out, const QString& text)
 {
     out += u'"';
-    for (const QChar c : text) {
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const QChar c = text[index];
+        const bool paired = (c.isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate())
+            || (c.isLowSurrogate() && index > 0 && text[index - 1].isHighSurrogate());
         switch (c.unicode()) {
         case u'"':
             out += QLatin1String("\\\"");
@@ -35,7 +40,9 @@ void appendJsonString(QString& out, const QString& text)
             out += QLatin1String("\\t");
             break;
         default:
-            if (c.unicode() < 0x20)
+            // Unpaired surrogates as escapes too: a byte of a file name that is not UTF-8 is held as
+            // one (U+DC80 to U+DCFF), which UTF-8 output could not carry.
+            if (c.unicode() < 0x20 || (c.isSurrogate() && !paired))
                 out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
             else
                 out += c;
