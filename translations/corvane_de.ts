@@ -312,6 +312,7 @@
     <message id="corvane.loading.install-progress">
         <source>Updating %@ of %@…</source>
         <translation>Aktualisiere %@ von %@ …</translation>
+    </message>
     <message id="corvane.file-manager.name-not-representable">
         <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
         <translation>Der Name „%@“ lässt sich nicht als Dateiname darstellen.</translation>
