@@ -311,6 +311,8 @@
     </message>
     <message id="corvane.loading.install-progress">
         <source>Updating %@ of %@…</source>
+        <translation type="unfinished"></translation>
+    </message>
     <message id="corvane.file-manager.name-not-representable">
         <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
         <translation type="unfinished"></translation>
