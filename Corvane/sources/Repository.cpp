@@ -90,7 +90,7 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
     options.local = localClone ? GIT_CLONE_LOCAL : GIT_CLONE_NO_LOCAL;
     options.checkout_opts.checkout_strategy = checkoutFlags(checkoutStrategy);
     options.repository_cb = createRepositoryWithoutLinks;
-    TransferWatch watch(from, GitLibrary::noProgressLimit());
+    TransferWatch watch(from, GitLibrary::transferLimits());
     watch.install(options.fetch_opts.callbacks);
 
     git_repository* raw = nullptr;
@@ -112,7 +112,7 @@ Result<void, GitError> Repository::fetch(const Remote& remote) const
 {
     git_fetch_options options = GIT_FETCH_OPTIONS_INIT;
     const QUrl url = remote.url();
-    TransferWatch watch(url, GitLibrary::noProgressLimit());
+    TransferWatch watch(url, GitLibrary::transferLimits());
     watch.install(options.callbacks);
     if (const int code = git_remote_fetch(remote.raw(), nullptr, &options, nullptr); code < 0)
         return std::unexpected(watch.errorFor(code));

@@ -29,7 +29,7 @@ class SynchronizedRepositoryTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup() { GitLibrary::setNoProgressLimit(std::chrono::seconds(60)); }
+    void cleanup() { GitLibrary::setTransferLimits({}); }
 
     void bringsTheCloneToTheRemoteHead_data()
     {
@@ -128,14 +128,14 @@ private slots:
             QVERIFY(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()).synchronize());
             runGit(scene.clonePath(), {"remote", "set-url", "origin", url.toString()});
         }
-        GitLibrary::setNoProgressLimit(std::chrono::milliseconds(500));
+        GitLibrary::setTransferLimits(TransferLimits::uniform(std::chrono::milliseconds(500)));
 
         const auto synchronized = SynchronizedRepository(scene.cloneUrl(), url).synchronize();
         QVERIFY(!synchronized);
         const QString text = synchronized.error().errorDescription();
         QVERIFY2(!text.isEmpty() && !text.contains("s3cret"), qPrintable(text));
         if (listening)
-            QCOMPARE(text, QString("The transfer from git://127.0.0.1:%1/themes made no progress for 0.5 seconds.")
+            QCOMPARE(text, QString("The server of git://127.0.0.1:%1/themes accepted the connection but sent nothing for 0.5 seconds.")
                                .arg(listener.serverPort()));
         if (fetch)
             QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
