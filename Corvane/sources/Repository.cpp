@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/Repository.h"
 
+#include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/sources/TransferWatch.h"
 
@@ -138,6 +139,7 @@ Result<void, GitError> Repository::checkout(const Reference& reference, Checkout
         return std::unexpected(makeGitError(code));
     git_checkout_options options = GIT_CHECKOUT_OPTIONS_INIT;
     options.checkout_strategy = checkoutFlags(strategy);
+    options.progress_cb = [](const char*, size_t, size_t, void*) { CloneLock::signOfLifeOnThisThread(); };
     if (const int code = git_checkout_head(m_handle.get(), &options); code < 0)
         return std::unexpected(makeGitError(code));
     return {};

@@ -38,9 +38,13 @@ Result<void, GitError> update(const Repository& repository)
 
 Result<Repository, GitError> SynchronizedRepository::synchronize() const
 {
-    auto lock = std::make_shared<CloneLock>(m_localURL);
+    auto lock = CloneLock::acquire(m_localURL);
+    if (!lock)
+        return std::unexpected(lock.error());
+    // The transfers and the checkout below keep the clone ours while they make progress.
+    const CloneLock::WorkingOnThisThread working(**lock);
     return flatMap(obtain(m_localURL, m_remoteURL), [&](Repository repository) -> Result<Repository, GitError> {
-        repository.keepAlive(lock);
+        repository.keepAlive(*lock);
         if (auto updated = update(repository); !updated)
             return std::unexpected(updated.error());
         return repository;

@@ -3,6 +3,7 @@
 
 #include "Corvane/module/Localized.h"
 #include "Corvane/sources/BlockedSocketBreaker.h"
+#include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/CredentialRedaction.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/sources/GitProtocolSubtransport.h"
@@ -77,6 +78,7 @@ void TransferWatch::install(git_remote_callbacks& callbacks)
 void TransferWatch::markActivity()
 {
     m_lastActivity.store(Clock::now().time_since_epoch().count());
+    CloneLock::signOfLifeOnThisThread();
 }
 
 void TransferWatch::noteConnecting()
