@@ -23,7 +23,15 @@ QByteArray remoteLocation(const QUrl& url)
 
 unsigned int checkoutFlags(CheckoutStrategy strategy)
 {
-    return strategy == CheckoutStrategy::force ? GIT_CHECKOUT_FORCE : GIT_CHECKOUT_SAFE;
+    switch (strategy) {
+    case CheckoutStrategy::safe:
+        return GIT_CHECKOUT_SAFE;
+    case CheckoutStrategy::force:
+        return GIT_CHECKOUT_FORCE;
+    case CheckoutStrategy::none:
+        break;
+    }
+    return GIT_CHECKOUT_NONE;
 }
 
 int setSymbolicLinksOff(git_repository* repository)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/SynchronizedRepository.h"
 
+#include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
 
 namespace corvane {
@@ -9,8 +10,9 @@ namespace {
 Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
 {
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
+        // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)
-            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::safe);
+            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::none);
         auto repository = Repository::at(localURL);
         // A clone made before links were refused, or by someone else, refuses them from now on.
         if (repository) {
@@ -31,6 +33,10 @@ Result<void, GitError> update(const Repository& repository)
     auto branch = repository.remoteBranch(QStringLiteral("origin/master"));
     if (!branch)
         return std::unexpected(branch.error());
+    if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
+                                                     QStringLiteral(".theme.json"));
+        !prepared)
+        return prepared;
     return repository.checkout(*branch, CheckoutStrategy::force);
 }
 

@@ -9,6 +9,8 @@
 #include <QTcpServer>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace corvane;
 using namespace corvane::test;
 
@@ -95,6 +97,65 @@ private slots:
         QVERIFY2(synchronized, qPrintable(synchronized ? QString() : synchronized.error().errorDescription()));
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
         QVERIFY(scene.cloneIsClean());
+    }
+
+    // Checking out opens tracked paths for writing; a named pipe there would block it for ever. The
+    // clone is the module's own: such things are removed before the checkout.
+    void removesPipesAtTrackedPaths_data()
+    {
+        QTest::addColumn<QString>("pipe");
+        QTest::newRow("a tracked file") << "README.md";
+        QTest::newRow("the theme directory") << "Themes";
+        QTest::newRow("a theme file the new commit adds") << "Themes/Dawn.theme.json";
+    }
+
+    void removesPipesAtTrackedPaths()
+    {
+        QFETCH(QString, pipe);
+        ThemeRepositoryScene scene;
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
+        QVERIFY(synchronizedRepository.synchronize());
+        scene.commitTheme("Dawn");
+        const QString path = scene.clonePath() + '/' + pipe;
+        QDir(path).removeRecursively();
+        QFile::remove(path);
+        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+
+        QVERIFY(synchronizedRepository.synchronize());
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        QVERIFY(scene.cloneIsClean());
+        QVERIFY(QFileInfo(scene.clonePath() + "/Themes/Dawn.theme.json").isFile());
+        QCOMPARE(readFile(scene.clonePath() + "/README.md"), QByteArray("Curated themes\n"));
+    }
+
+    // A few kilobytes of compressed zeros can stand for gigabytes: an oversized theme file is refused
+    // before the checkout, by its size in the object database, and never reaches the working tree.
+    void refusesOversizedThemesBeforeCheckingOut_data()
+    {
+        QTest::addColumn<bool>("firstClone");
+        QTest::newRow("first clone") << true;
+        QTest::newRow("fetch into a clone") << false;
+    }
+
+    void refusesOversizedThemesBeforeCheckingOut()
+    {
+        QFETCH(bool, firstClone);
+        ThemeRepositoryScene scene;
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
+        if (!firstClone)
+            QVERIFY(synchronizedRepository.synchronize());
+        const QString before = firstClone ? QString() : scene.cloneHead();
+        writeFile(scene.remote.themesDirectory(), "Huge.theme.json", QByteArray(4 * 1024 * 1024 + 1, ' '));
+        scene.remote.commitAll("Huge");
+
+        const auto synchronized = synchronizedRepository.synchronize();
+        QVERIFY(!synchronized);
+        QCOMPARE(synchronized.error().errorDescription(),
+                 QString("The theme file '%1/Themes/Huge.theme.json' has 4194305 bytes; a theme file may have at most "
+                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath()));
+        QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes/Huge.theme.json"));
+        if (!firstClone)
+            QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());
     }
 
     // The first clone or a fetch fails; the text never shows a password of the URL, a silent server

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "Corvane/sources/CheckoutPreparation.h"
+
+#include "Corvane/sources/GitHandles.h"
+#include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/UntrustedThemeFiles.h"
+#include "Corvane/themes/ThemeDecoder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+namespace {
+
+using OdbHandle = GitHandle<git_odb, git_odb_free>;
+using IndexHandle = GitHandle<git_index, git_index_free>;
+
+// Checks each path once, with the directories leading to it.
+class TrackedPathSweep {
+public:
+    explicit TrackedPathSweep(QByteArray workdir) : m_workdir(std::move(workdir)) {}
+
+    void clear(const QByteArray& relativePath)
+    {
+        qsizetype slash = -1;
+        while ((slash = relativePath.indexOf('/', slash + 1)) >= 0)
+            clearOne(relativePath.left(slash));
+        clearOne(relativePath);
+    }
+
+private:
+    void clearOne(const QByteArray& relativePath)
+    {
+        if (relativePath.isEmpty() || m_checked.contains(relativePath))
+            return;
+        m_checked.insert(relativePath);
+        const QByteArray path = m_workdir + relativePath;
+        struct stat status;
+        if (::lstat(path.constData(), &status) != 0)
+            return;
+        if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode) || S_ISLNK(status.st_mode))
+            return;
+        ::unlink(path.constData()); // a failure shows when git writes there, with git's own message
+    }
+
+    QByteArray m_workdir;
+    QSet<QByteArray> m_checked;
+};
+
+int sweepEntry(const char* root, const git_tree_entry* entry, void* payload)
+{
+    static_cast<TrackedPathSweep*>(payload)->clear(QByteArray(root) + git_tree_entry_name(entry));
+    return 0;
+}
+
+Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tree* tree, const QString& themesDirectory,
+                                             const QString& suffix)
+{
+    git_tree_entry* rawEntry = nullptr;
+    const int found = git_tree_entry_bypath(&rawEntry, tree, themesDirectory.toUtf8().constData());
+    if (found == GIT_ENOTFOUND) {
+        git_error_clear();
+        return {};
+    }
+    if (found < 0)
+        return std::unexpected(makeGitError(found));
+    TreeEntryHandle entry(rawEntry);
+    if (git_tree_entry_type(entry.get()) != GIT_OBJECT_TREE)
+        return {};
+    git_tree* rawThemes = nullptr;
+    if (const int code = git_tree_lookup(&rawThemes, repository, git_tree_entry_id(entry.get())); code < 0)
+        return std::unexpected(makeGitError(code));
+    TreeHandle themes(rawThemes);
+    git_odb* rawOdb = nullptr;
+    if (const int code = git_repository_odb(&rawOdb, repository); code < 0)
+        return std::unexpected(makeGitError(code));
+    OdbHandle odb(rawOdb);
+
+    const QByteArray suffixBytes = suffix.toUtf8();
+    const size_t count = git_tree_entrycount(themes.get());
+    for (size_t index = 0; index < count; ++index) {
+        const git_tree_entry* theme = git_tree_entry_byindex(themes.get(), index);
+        const QByteArray name(git_tree_entry_name(theme));
+        if (git_tree_entry_type(theme) != GIT_OBJECT_BLOB || !name.endsWith(suffixBytes))
+            continue;
+        size_t size = 0;
+        git_object_t type = GIT_OBJECT_INVALID;
+        // Only the object's header is read: its size is known without inflating it.
+        if (const int code = git_odb_read_header(&size, &type, odb.get(), git_tree_entry_id(theme)); code < 0)
+            return std::unexpected(makeGitError(code));
+        if (size > ThemeDecoder::maximumFileSize) {
+            const QString workdir = QFile::decodeName(git_repository_workdir(repository));
+            const QString path = QDir(workdir).filePath(themesDirectory + u'/' + QFile::decodeName(name));
+            return std::unexpected(GitError(GIT_EINVALID, GIT_ERROR_INVALID,
+                                            UntrustedThemeFiles::oversizedFileText(path, size, ThemeDecoder::maximumFileSize)));
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+Result<void, GitError> CheckoutPreparation::prepare(git_repository* repository, const git_oid& commitId,
+                                                    const QString& themesDirectory, const QString& suffix)
+{
+    git_commit* rawCommit = nullptr;
+    if (const int code = git_commit_lookup(&rawCommit, repository, &commitId); code < 0)
+        return std::unexpected(makeGitError(code));
+    CommitHandle commit(rawCommit);
+    git_tree* rawTree = nullptr;
+    if (const int code = git_commit_tree(&rawTree, commit.get()); code < 0)
+        return std::unexpected(makeGitError(code));
+    TreeHandle tree(rawTree);
+
+    if (auto refused = refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix); !refused)
+        return refused;
+
+    const char* workdir = git_repository_workdir(repository);
+    if (!workdir)
+        return {};
+    TrackedPathSweep sweep(workdir); // libgit2 gives it with its trailing slash
+    if (const int code = git_tree_walk(tree.get(), GIT_TREEWALK_PRE, sweepEntry, &sweep); code < 0)
+        return std::unexpected(makeGitError(code));
+    git_index* rawIndex = nullptr;
+    if (const int code = git_repository_index(&rawIndex, repository); code < 0)
+        return std::unexpected(makeGitError(code));
+    IndexHandle index(rawIndex);
+    const size_t count = git_index_entrycount(index.get());
+    for (size_t position = 0; position < count; ++position) {
+        if (const git_index_entry* entry = git_index_get_byindex(index.get(), position))
+            sweep.clear(QByteArray(entry->path));
+    }
+    return {};
+}
+
+} // namespace corvane
