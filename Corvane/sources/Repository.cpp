@@ -3,10 +3,13 @@
 
 #include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/RemoteLookup.h"
 #include "Corvane/sources/TransferWatch.h"
 
 #include <QDir>
 #include <QFile>
+
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -111,10 +114,7 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
 
 Result<Remote, GitError> Repository::remote(const QString& name) const
 {
-    git_remote* raw = nullptr;
-    if (const int code = git_remote_lookup(&raw, m_handle.get(), name.toUtf8().constData()); code < 0)
-        return std::unexpected(makeGitError(code));
-    return Remote(RemoteHandle(raw));
+    return RemoteLookup::find(m_handle.get(), name);
 }
 
 Result<void, GitError> Repository::fetch(const Remote& remote) const
@@ -123,7 +123,11 @@ Result<void, GitError> Repository::fetch(const Remote& remote) const
     const QUrl url = remote.url();
     TransferWatch watch(url, GitLibrary::transferLimits());
     watch.install(options.callbacks);
-    if (const int code = git_remote_fetch(remote.raw(), nullptr, &options, nullptr); code < 0)
+    std::vector<char*> refspecs;
+    for (const QByteArray& refspec : remote.fetchRefspecs())
+        refspecs.push_back(const_cast<char*>(refspec.constData()));
+    const git_strarray fetched{refspecs.data(), refspecs.size()};
+    if (const int code = git_remote_fetch(remote.raw(), &fetched, &options, nullptr); code < 0)
         return std::unexpected(watch.errorFor(code));
     return {};
 }

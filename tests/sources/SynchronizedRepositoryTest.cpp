@@ -99,6 +99,33 @@ private slots:
         QVERIFY(scene.cloneIsClean());
     }
 
+    // The remote is found as git finds it: the user's url.<base>.insteadOf rules rewrite its URL, the
+    // longest matching prefix winning.
+    void rewritesTheRemoteUrlAsGitDoes_data()
+    {
+        QTest::addColumn<QStringList>("rules"); // prefix=base; BASE: the directory holding the remote
+        QTest::newRow("one rule") << QStringList{"mirror:=BASE/"};
+        QTest::newRow("the longest prefix wins") << QStringList{"mir=/nonexistent/", "mirror:=BASE/", "m=/nowhere/"};
+    }
+
+    void rewritesTheRemoteUrlAsGitDoes()
+    {
+        QFETCH(QStringList, rules);
+        ThemeRepositoryScene scene;
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
+        QVERIFY(synchronizedRepository.synchronize());
+        scene.commitTheme("Dawn");
+        runGit(scene.clonePath(), {"remote", "set-url", "origin", "mirror:themes"});
+        for (const QString& rule : std::as_const(rules)) {
+            const QString base = rule.section('=', 1).replace("BASE", "file://" + scene.root.filePath("served"));
+            runGit(scene.clonePath(), {"config", "--add", "url." + base + ".insteadOf", rule.section('=', 0, 0)});
+        }
+
+        const auto synchronized = synchronizedRepository.synchronize();
+        QVERIFY2(synchronized, qPrintable(synchronized ? QString() : synchronized.error().errorDescription()));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+    }
+
     // Checking out opens tracked paths for writing; a named pipe there would block it for ever. The
     // clone is the module's own: such things are removed before the checkout.
     void removesPipesAtTrackedPaths_data()
