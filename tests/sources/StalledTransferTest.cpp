@@ -51,6 +51,8 @@ private slots:
         QTest::newRow("git, unreachable") << "git://127.0.0.1:PORT/themes" << int(Unreachable) << false << connect;
         QTest::newRow("http, frozen after its first bytes") << "http://127.0.0.1:PORT/themes.git" << int(FrozenHttp) << false << frozen;
         QTest::newRow("git, frozen in the middle of the pack") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << false << frozen;
+        QTest::newRow("http, frozen in the middle of the pack") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << false << frozen;
+        QTest::newRow("http, frozen in the middle of the pack, fetch") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << true << frozen;
         QTest::newRow("git, frozen in the middle of the pack, fetch") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << true << frozen;
     }
 
@@ -60,10 +62,11 @@ private slots:
         QFETCH(int, behaviour);
         QFETCH(bool, fetch);
         QFETCH(QString, text);
-        ThemeRepositoryScene scene(behaviour == FrozenPack);
+        const bool frozenPack = behaviour == FrozenPack || behaviour == FrozenHttpPack;
+        ThemeRepositoryScene scene(behaviour == FrozenPack, behaviour == FrozenHttpPack);
         if (fetch)
             QVERIFY(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()).synchronize());
-        if (behaviour == FrozenPack) {
+        if (frozenPack) {
             // Enough incompressible data that the pack is still on its way when the relay stops.
             QByteArray noise(4 << 20, Qt::Uninitialized);
             QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
@@ -75,7 +78,8 @@ private slots:
         StallingServer server(behaviour == Silent        ? StallingServer::silent()
                               : behaviour == Unreachable ? StallingServer::unreachable()
                               : behaviour == FrozenHttp  ? StallingServer::greeting(frozenHttpAnswer)
-                                                         : StallingServer::relay(scene.daemon->port(), 256 * 1024));
+                              : behaviour == FrozenPack  ? StallingServer::relay(scene.daemon->port(), 256 * 1024)
+                                                         : StallingServer::relay(scene.http->port(), 256 * 1024));
         const QUrl remote(url.replace("PORT", QString::number(server.port())));
         if (fetch)
             runGit(scene.clonePath(), {"remote", "set-url", "origin", remote.toString()});
@@ -85,7 +89,7 @@ private slots:
         QUrl shown = remote; // messages name servers without user information
         shown.setUserInfo({});
         QCOMPARE(synchronized.error().errorDescription(), text.replace("URL", shown.toString()));
-        if (behaviour == FrozenPack)
+        if (frozenPack)
             QVERIFY(server.forwarded() >= 256 * 1024);
         if (fetch)
             QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());
@@ -94,7 +98,7 @@ private slots:
     }
 
 private:
-    enum Behaviour { Silent, Unreachable, FrozenHttp, FrozenPack };
+    enum Behaviour { Silent, Unreachable, FrozenHttp, FrozenPack, FrozenHttpPack };
 };
 
 QTEST_GUILESS_MAIN(StalledTransferTest)

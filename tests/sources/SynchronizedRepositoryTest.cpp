@@ -35,7 +35,7 @@ private slots:
 
     void bringsTheCloneToTheRemoteHead_data()
     {
-        QTest::addColumn<bool>("overGit");
+        QTest::addColumn<QString>("transport");
         QTest::addColumn<QString>("situation");
         QTest::addColumn<int>("outcome"); // succeeds, failsUntilTheRemoteReturns or the git error code
         const std::pair<const char*, int> situations[] = {
@@ -43,17 +43,17 @@ private slots:
             {"local commit on top", succeeds}, {"empty clone directory", succeeds},
             {"clone directory holding a file", GIT_EEXISTS}, {"no origin", GIT_ENOTFOUND},
             {"remote gone", failsUntilTheRemoteReturns}};
-        for (bool overGit : {false, true})
+        for (const char* transport : {"file://", "git://", "http://"})
             for (const auto& [situation, outcome] : situations)
-                QTest::addRow("%s over %s", situation, overGit ? "git://" : "file://") << overGit << situation << outcome;
+                QTest::addRow("%s over %s", situation, transport) << transport << situation << outcome;
     }
 
     void bringsTheCloneToTheRemoteHead()
     {
-        QFETCH(bool, overGit);
+        QFETCH(QString, transport);
         QFETCH(QString, situation);
         QFETCH(int, outcome);
-        ThemeRepositoryScene scene(overGit);
+        ThemeRepositoryScene scene(transport == "git://", transport == "http://");
         QVERIFY(!scene.daemon || scene.daemon->isRunning());
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         const QString clone = scene.clonePath();
