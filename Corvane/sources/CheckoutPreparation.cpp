@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/SpecialFileSweep.h"
 #include "Corvane/sources/UntrustedThemeFiles.h"
 #include "Corvane/themes/ThemeDecoder.h"
 
@@ -10,8 +11,6 @@
 #include <QFile>
 #include <QSet>
 
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -38,13 +37,7 @@ private:
         if (relativePath.isEmpty() || m_checked.contains(relativePath))
             return;
         m_checked.insert(relativePath);
-        const QByteArray path = m_workdir + relativePath;
-        struct stat status;
-        if (::lstat(path.constData(), &status) != 0)
-            return;
-        if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode) || S_ISLNK(status.st_mode))
-            return;
-        ::unlink(path.constData()); // a failure shows when git writes there, with git's own message
+        SpecialFileSweep::removeIfSpecial(m_workdir + relativePath);
     }
 
     QByteArray m_workdir;

@@ -2,6 +2,7 @@
 #include "Corvane/sources/CloneLock.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/sources/SpecialFileSweep.h"
 
 #include <git2/errors.h>
 
@@ -214,6 +215,8 @@ Result<std::shared_ptr<CloneLock>, GitError> CloneLock::acquire(const QUrl& clon
 
     const QString lockPath = key + QStringLiteral(".lock");
     QDir().mkpath(QFileInfo(lockPath).path());
+    // QLockFile reads a lock file it finds: a pipe in its place would block that read for ever.
+    SpecialFileSweep::removeIfSpecial(QFile::encodeName(lockPath));
     auto lockFile = std::make_unique<QLockFile>(lockPath);
     // A dead holder's file is removed by QLockFile and taken; a live one's only once it is silent.
     lockFile->setStaleLockTime(int(limits.silence.count()));

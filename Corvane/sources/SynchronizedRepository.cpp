@@ -3,12 +3,20 @@
 
 #include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/SpecialFileSweep.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace corvane {
 namespace {
 
 Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
 {
+    // libgit2 opens the repository's own files with blocking opens: a pipe there must not hang it.
+    if (const QString gitDirectory = QDir(localURL.toLocalFile()).filePath(QStringLiteral(".git"));
+        QFileInfo(gitDirectory).exists() || QFileInfo(gitDirectory).isSymLink())
+        SpecialFileSweep::clearBelow(gitDirectory);
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
         // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)
