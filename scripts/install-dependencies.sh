@@ -9,6 +9,7 @@ packages=(
   libgit2-dev libsimdjson-dev libbenchmark-dev
   clang libclang-rt-14-dev
   fonts-dejavu-core
+  openssl libssl-dev
 )
 
 missing=()

@@ -53,6 +53,7 @@ private slots:
         QTest::newRow("git, frozen in the middle of the pack") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << false << frozen;
         QTest::newRow("http, frozen in the middle of the pack") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << false << frozen;
         QTest::newRow("http, frozen in the middle of the pack, fetch") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << true << frozen;
+        QTest::newRow("https, frozen in the middle of the pack") << "https://127.0.0.1:PORT/themes" << int(FrozenHttpsPack) << false << frozen;
         QTest::newRow("git, frozen in the middle of the pack, fetch") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << true << frozen;
     }
 
@@ -62,8 +63,11 @@ private slots:
         QFETCH(int, behaviour);
         QFETCH(bool, fetch);
         QFETCH(QString, text);
-        const bool frozenPack = behaviour == FrozenPack || behaviour == FrozenHttpPack;
-        ThemeRepositoryScene scene(behaviour == FrozenPack, behaviour == FrozenHttpPack);
+        const bool frozenPack = behaviour == FrozenPack || behaviour == FrozenHttpPack || behaviour == FrozenHttpsPack;
+        ThemeRepositoryScene scene(behaviour == FrozenPack       ? Served::git
+                                   : behaviour == FrozenHttpPack  ? Served::http
+                                   : behaviour == FrozenHttpsPack ? Served::https
+                                                                  : Served::file);
         if (fetch)
             QVERIFY(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()).synchronize());
         if (frozenPack) {
@@ -79,7 +83,8 @@ private slots:
                               : behaviour == Unreachable ? StallingServer::unreachable()
                               : behaviour == FrozenHttp  ? StallingServer::greeting(frozenHttpAnswer)
                               : behaviour == FrozenPack  ? StallingServer::relay(scene.daemon->port(), 256 * 1024)
-                                                         : StallingServer::relay(scene.http->port(), 256 * 1024));
+                              : behaviour == FrozenHttpPack ? StallingServer::relay(scene.http->port(), 256 * 1024)
+                                                            : StallingServer::relay(scene.tls->port(), 256 * 1024));
         const QUrl remote(url.replace("PORT", QString::number(server.port())));
         if (fetch)
             runGit(scene.clonePath(), {"remote", "set-url", "origin", remote.toString()});
@@ -98,7 +103,7 @@ private slots:
     }
 
 private:
-    enum Behaviour { Silent, Unreachable, FrozenHttp, FrozenPack, FrozenHttpPack };
+    enum Behaviour { Silent, Unreachable, FrozenHttp, FrozenPack, FrozenHttpPack, FrozenHttpsPack };
 };
 
 QTEST_GUILESS_MAIN(StalledTransferTest)

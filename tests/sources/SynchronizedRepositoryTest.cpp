@@ -43,7 +43,7 @@ private slots:
             {"local commit on top", succeeds}, {"empty clone directory", succeeds},
             {"clone directory holding a file", GIT_EEXISTS}, {"no origin", GIT_ENOTFOUND},
             {"remote gone", failsUntilTheRemoteReturns}};
-        for (const char* transport : {"file://", "git://", "http://"})
+        for (const char* transport : {"file://", "git://", "http://", "https://"})
             for (const auto& [situation, outcome] : situations)
                 QTest::addRow("%s over %s", situation, transport) << transport << situation << outcome;
     }
@@ -53,7 +53,10 @@ private slots:
         QFETCH(QString, transport);
         QFETCH(QString, situation);
         QFETCH(int, outcome);
-        ThemeRepositoryScene scene(transport == "git://", transport == "http://");
+        const Served served = transport == "git://" ? Served::git : transport == "http://" ? Served::http
+                            : transport == "https://" ? Served::https : Served::file;
+        ThemeRepositoryScene scene(served);
+        QVERIFY(!scene.tls || scene.tls->isRunning());
         QVERIFY(!scene.daemon || scene.daemon->isRunning());
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         const QString clone = scene.clonePath();
