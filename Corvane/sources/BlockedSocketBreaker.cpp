@@ -144,6 +144,13 @@ BlockedSocketBreaker::Wait BlockedSocketBreaker::inspect(pid_t thread, bool shut
         struct stat status;
         if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || !S_ISSOCK(status.st_mode))
             continue;
+        // Network sockets only: a local one (an ssh agent, a host's bus connection used from a
+        // callback) is not the server's to lose.
+        sockaddr_storage address{};
+        socklen_t addressLength = sizeof address;
+        if (::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &addressLength) != 0
+            || (address.ss_family != AF_INET && address.ss_family != AF_INET6))
+            continue;
         int type = 0;
         socklen_t length = sizeof type;
         // An address lookup waits on datagram sockets: the server has not been reached yet.
