@@ -3,17 +3,34 @@
 
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/SpecialFileSweep.h"
 #include "Corvane/sources/UntrustedThemeFiles.h"
 #include "Corvane/themes/ThemeDecoder.h"
 
 #include <QDir>
 #include <QFile>
 
-
 namespace corvane {
 namespace {
 
 using OdbHandle = GitHandle<git_odb, git_odb_free>;
+using IndexHandle = GitHandle<git_index, git_index_free>;
+
+// Whether git tracks a path of the working tree: in the commit about to be checked out, or in the
+// index of the one checked out now (a file or a directory holding files).
+bool isTracked(git_tree* tree, git_index* index, const QByteArray& path)
+{
+    git_tree_entry* entry = nullptr;
+    if (git_tree_entry_bypath(&entry, tree, path.constData()) == 0) {
+        git_tree_entry_free(entry);
+        return true;
+    }
+    size_t position = 0;
+    const bool inIndex = index
+        && (git_index_get_bypath(index, path.constData(), 0) || git_index_find_prefix(&position, index, (path + '/').constData()) == 0);
+    git_error_clear();
+    return inIndex;
+}
 
 Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tree* tree, const QString& themesDirectory,
                                              const QString& suffix)
@@ -74,7 +91,19 @@ Result<void, GitError> CheckoutPreparation::prepare(git_repository* repository, 
         return std::unexpected(makeGitError(code));
     TreeHandle tree(rawTree);
 
-    return refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix);
+    if (auto refused = refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix); !refused)
+        return refused;
+
+    const char* workdir = git_repository_workdir(repository);
+    if (!workdir)
+        return {};
+    git_index* rawIndex = nullptr;
+    if (const int code = git_repository_index(&rawIndex, repository); code < 0)
+        return std::unexpected(makeGitError(code));
+    IndexHandle index(rawIndex);
+    SpecialFileSweep::clearTracked(QFile::decodeName(workdir),
+                                   [&](const QByteArray& path) { return isTracked(tree.get(), index.get(), path); });
+    return {};
 }
 
 } // namespace corvane

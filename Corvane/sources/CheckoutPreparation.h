@@ -14,6 +14,10 @@ namespace corvane {
 // than the reader's cap fails the checkout, judged by the object's size in the object database without
 // inflating it. A few kilobytes of compressed zeros can stand for a gigabyte, which would otherwise land
 // in the working tree (and the memory) of every clone.
+//
+// Then anything at a tracked path (or at a directory on the way to one) that is not a regular file, a
+// directory or a link is removed: checking out opens tracked paths for writing, and opening a named
+// pipe nobody reads blocks for ever. Untracked things are left alone.
 class CheckoutPreparation {
 public:
     // themesDirectory and suffix name the theme files, as the remote fetcher reads them.

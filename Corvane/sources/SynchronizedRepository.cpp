@@ -6,15 +6,17 @@
 #include "Corvane/sources/SpecialFileSweep.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace corvane {
 namespace {
 
 Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
 {
-    // libgit2 opens the repository's own files, and checks files out, with blocking opens: a pipe
-    // anywhere in the clone must not hang it.
-    SpecialFileSweep::clearBelow(QDir::cleanPath(localURL.toLocalFile()));
+    // libgit2 opens the repository's own files with blocking opens: a pipe among them must not hang it.
+    if (const QFileInfo gitDirectory(QDir(localURL.toLocalFile()).filePath(QStringLiteral(".git")));
+        gitDirectory.exists() || gitDirectory.isSymLink())
+        SpecialFileSweep::clearBelow(gitDirectory.filePath());
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
         // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)

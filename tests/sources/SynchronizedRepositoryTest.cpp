@@ -145,6 +145,8 @@ private slots:
         QTest::newRow("the lock file beside the clone") << "../clone.lock" << "";
         // The clone's origin was in it: a clear failure, no hang.
         QTest::newRow("the configuration") << ".git/config" << "remote 'origin' does not exist";
+        // git never opens it; nor is it the module's to remove.
+        QTest::newRow("an untracked pipe") << "Themes/untracked.pipe" << "";
     }
 
     void removesPipesFromTheClone()
@@ -169,6 +171,9 @@ private slots:
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
         QVERIFY(scene.cloneIsClean());
         QVERIFY(QFileInfo(scene.clonePath() + "/Themes/Dawn.theme.json").isFile());
+        struct stat status;
+        const bool pipeRemains = ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+        QCOMPARE(pipeRemains, pipe.contains("untracked"));
         QCOMPARE(readFile(scene.clonePath() + "/README.md"), QByteArray("Curated themes\n"));
     }
 
