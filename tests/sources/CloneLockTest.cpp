@@ -89,7 +89,8 @@ private slots:
         QVERIFY(synchronizedRepository.synchronize());
         const QString before = scene.cloneHead();
         scene.commitTheme("Dawn");
-        CloneLock::setLimits({working ? 800ms : 20s, 500ms});
+        // A working holder is never silent for long enough to be taken over within the wait.
+        CloneLock::setLimits(working ? CloneLock::Limits{800ms, 20s} : CloneLock::Limits{20s, 500ms});
         {
             OtherHolder holder(scene, otherProcess, working);
             const auto synchronized = synchronizedRepository.synchronize();
