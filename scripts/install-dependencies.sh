@@ -10,6 +10,7 @@ packages=(
   clang libclang-rt-14-dev
   fonts-dejavu-core
   xvfb openbox xdotool x11-utils
+  openssl libssl-dev
 )
 
 missing=()

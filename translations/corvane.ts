@@ -327,6 +327,25 @@
     </message>
     <message id="corvane.file-manager.trash-other-file-system">
         <source>It is on another file system than the Trash.</source>
+    </message>
+    <message id="corvane.clone-lock.busy-minutes">
+        <source>Another synchronisation of the clone %@ has been running for %@ minutes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.clone-lock.busy-seconds">
+        <source>Another synchronisation of the clone %@ has been running for %@ seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.git.connect-time-out">
+        <source>Could not connect to %@ within %@ seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.git.first-byte-time-out">
+        <source>The server of %@ accepted the connection but sent nothing for %@ seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.remote-themes.oversized-file">
+        <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -329,5 +329,25 @@
         <source>It is on another file system than the Trash.</source>
         <translation>Es liegt auf einem anderen Dateisystem als der Papierkorb.</translation>
     </message>
+    <message id="corvane.clone-lock.busy-minutes">
+        <source>Another synchronisation of the clone %@ has been running for %@ minutes.</source>
+        <translation>Eine andere Synchronisierung des Klons %@ läuft seit %@ Minuten.</translation>
+    </message>
+    <message id="corvane.clone-lock.busy-seconds">
+        <source>Another synchronisation of the clone %@ has been running for %@ seconds.</source>
+        <translation>Eine andere Synchronisierung des Klons %@ läuft seit %@ Sekunden.</translation>
+    </message>
+    <message id="corvane.git.connect-time-out">
+        <source>Could not connect to %@ within %@ seconds.</source>
+        <translation>Keine Verbindung zu %@ innerhalb von %@ Sekunden.</translation>
+    </message>
+    <message id="corvane.git.first-byte-time-out">
+        <source>The server of %@ accepted the connection but sent nothing for %@ seconds.</source>
+        <translation>Der Server von %@ hat die Verbindung angenommen, aber %@ Sekunden lang nichts gesendet.</translation>
+    </message>
+    <message id="corvane.remote-themes.oversized-file">
+        <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
+        <translation>Die Theme-Datei „%@“ hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben. Sie wurde nicht ausgecheckt.</translation>
+    </message>
 </context>
 </TS>

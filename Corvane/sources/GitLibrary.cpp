@@ -6,12 +6,13 @@
 
 #include <git2.h>
 
-#include <atomic>
+#include <mutex>
 
 namespace corvane {
 namespace {
 
-std::atomic<std::chrono::milliseconds::rep> noProgressMilliseconds{60'000};
+std::mutex limitsMutex;
+TransferLimits currentLimits;
 
 } // namespace
 
@@ -23,14 +24,16 @@ void GitLibrary::ensureInitialized()
     (void)initialized;
 }
 
-std::chrono::milliseconds GitLibrary::noProgressLimit()
+TransferLimits GitLibrary::transferLimits()
 {
-    return std::chrono::milliseconds(noProgressMilliseconds.load(std::memory_order_relaxed));
+    std::lock_guard guard(limitsMutex);
+    return currentLimits;
 }
 
-void GitLibrary::setNoProgressLimit(std::chrono::milliseconds limit)
+void GitLibrary::setTransferLimits(TransferLimits limits)
 {
-    noProgressMilliseconds.store(limit.count(), std::memory_order_relaxed);
+    std::lock_guard guard(limitsMutex);
+    currentLimits = limits;
 }
 
 GitError makeGitError(int code, const QUrl& remote)

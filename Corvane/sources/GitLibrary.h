@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/sources/GitError.h"
+#include "Corvane/sources/TransferLimits.h"
 
 #include <QUrl>
 
@@ -16,9 +17,10 @@ public:
     // Safe to call from any thread, any number of times; the first call initialises.
     static void ensureInitialized();
 
-    // A transfer that makes no progress for this long is aborted. 60 seconds unless a test shortens it.
-    static std::chrono::milliseconds noProgressLimit();
-    static void setNoProgressLimit(std::chrono::milliseconds limit);
+    // The limits of every clone and fetch the module makes: 60 seconds for each stage unless a host or
+    // a test changes them. They are the module's own; libgit2's process-wide options are never touched.
+    static TransferLimits transferLimits();
+    static void setTransferLimits(TransferLimits limits);
 };
 
 // The error of a failed libgit2 call, made on the failing thread from its return code and the library's

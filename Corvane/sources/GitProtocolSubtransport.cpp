@@ -26,7 +26,6 @@ namespace corvane {
 #ifdef CORVANE_HAS_POSIX_SOCKETS
 namespace {
 
-using Clock = std::chrono::steady_clock;
 
 // Where a git:// URL points, and the request that opens upload-pack there.
 struct Endpoint {
@@ -93,12 +92,6 @@ void setSystemError(const char* what, const QByteArray& host, int error)
     setNetworkError(QByteArray(what) + ' ' + host + ": " + std::strerror(error));
 }
 
-int remainingMilliseconds(Clock::time_point deadline)
-{
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    return left <= 0 ? 0 : int(std::min<long long>(left, 1 << 30));
-}
-
 struct Subtransport;
 
 // The socket and the request of one upload-pack conversation.
@@ -115,16 +108,19 @@ struct StreamState {
             ::close(socket);
     }
 
-    // Waits for the socket to be ready, at most the watch's limit; false with the error set otherwise.
+    // Waits for the socket to be ready until the watch says the transfer has timed out; false with the
+    // error set otherwise.
     bool waitFor(short events)
     {
-        const Clock::time_point deadline = Clock::now() + watch->limit();
+        const int slice = int(watch->pollInterval().count());
         while (true) {
             pollfd descriptor{socket, events, 0};
-            const int ready = ::poll(&descriptor, 1, remainingMilliseconds(deadline));
+            const int ready = ::poll(&descriptor, 1, slice);
             if (ready > 0)
                 return true;
             if (ready == 0) {
+                if (!watch->timedOut())
+                    continue;
                 watch->reportTimeOut();
                 return false;
             }
@@ -137,6 +133,7 @@ struct StreamState {
 
     bool connectToServer()
     {
+        watch->noteConnecting();
         addrinfo hints{};
         hints.ai_family = AF_UNSPEC;
         hints.ai_socktype = SOCK_STREAM;
@@ -165,8 +162,10 @@ struct StreamState {
                 status = error == 0 ? 0 : -1;
                 errno = error;
             }
-            if (status == 0)
+            if (status == 0) {
+                watch->noteConnected();
                 return true;
+            }
             lastError = errno;
             ::close(socket);
             socket = -1;
@@ -180,6 +179,7 @@ struct StreamState {
         while (length > 0) {
             const ssize_t sent = ::send(socket, data, length, MSG_NOSIGNAL);
             if (sent > 0) {
+                watch->noteSent();
                 data += sent;
                 length -= size_t(sent);
                 continue;
@@ -216,6 +216,8 @@ struct StreamState {
         while (true) {
             const ssize_t received = ::recv(socket, buffer, size, 0);
             if (received >= 0) {
+                if (received > 0)
+                    watch->noteReceived();
                 *bytesRead = size_t(received); // 0: the server closed the connection
                 return 0;
             }

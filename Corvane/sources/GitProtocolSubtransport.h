@@ -9,7 +9,7 @@ namespace corvane {
 class TransferWatch;
 
 // The git:// protocol (git daemon, port 9418) carried over a socket of our own, so that connecting,
-// sending and every wait for the server's next bytes are bounded by the watch's limit. libgit2's smart
+// sending and every wait for the server's next bytes end when the watch times the transfer out. libgit2's smart
 // transport speaks the protocol on top; this only moves the bytes. Fetching only.
 class GitProtocolSubtransport {
 public:

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/Repository.h"
 
+#include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/RemoteLookup.h"
 #include "Corvane/sources/TransferWatch.h"
 
 #include <QDir>
 #include <QFile>
+
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -22,7 +26,15 @@ QByteArray remoteLocation(const QUrl& url)
 
 unsigned int checkoutFlags(CheckoutStrategy strategy)
 {
-    return strategy == CheckoutStrategy::force ? GIT_CHECKOUT_FORCE : GIT_CHECKOUT_SAFE;
+    switch (strategy) {
+    case CheckoutStrategy::safe:
+        return GIT_CHECKOUT_SAFE;
+    case CheckoutStrategy::force:
+        return GIT_CHECKOUT_FORCE;
+    case CheckoutStrategy::none:
+        break;
+    }
+    return GIT_CHECKOUT_NONE;
 }
 
 int setSymbolicLinksOff(git_repository* repository)
@@ -90,7 +102,7 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
     options.local = localClone ? GIT_CLONE_LOCAL : GIT_CLONE_NO_LOCAL;
     options.checkout_opts.checkout_strategy = checkoutFlags(checkoutStrategy);
     options.repository_cb = createRepositoryWithoutLinks;
-    TransferWatch watch(from, GitLibrary::noProgressLimit());
+    TransferWatch watch(from, GitLibrary::transferLimits());
     watch.install(options.fetch_opts.callbacks);
 
     git_repository* raw = nullptr;
@@ -102,19 +114,20 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
 
 Result<Remote, GitError> Repository::remote(const QString& name) const
 {
-    git_remote* raw = nullptr;
-    if (const int code = git_remote_lookup(&raw, m_handle.get(), name.toUtf8().constData()); code < 0)
-        return std::unexpected(makeGitError(code));
-    return Remote(RemoteHandle(raw));
+    return RemoteLookup::find(m_handle.get(), name);
 }
 
 Result<void, GitError> Repository::fetch(const Remote& remote) const
 {
     git_fetch_options options = GIT_FETCH_OPTIONS_INIT;
     const QUrl url = remote.url();
-    TransferWatch watch(url, GitLibrary::noProgressLimit());
+    TransferWatch watch(url, GitLibrary::transferLimits());
     watch.install(options.callbacks);
-    if (const int code = git_remote_fetch(remote.raw(), nullptr, &options, nullptr); code < 0)
+    std::vector<char*> refspecs;
+    for (const QByteArray& refspec : remote.fetchRefspecs())
+        refspecs.push_back(const_cast<char*>(refspec.constData()));
+    const git_strarray fetched{refspecs.data(), refspecs.size()};
+    if (const int code = git_remote_fetch(remote.raw(), &fetched, &options, nullptr); code < 0)
         return std::unexpected(watch.errorFor(code));
     return {};
 }
@@ -138,6 +151,7 @@ Result<void, GitError> Repository::checkout(const Reference& reference, Checkout
         return std::unexpected(makeGitError(code));
     git_checkout_options options = GIT_CHECKOUT_OPTIONS_INIT;
     options.checkout_strategy = checkoutFlags(strategy);
+    options.progress_cb = [](const char*, size_t, size_t, void*) { CloneLock::signOfLifeOnThisThread(); };
     if (const int code = git_checkout_head(m_handle.get(), &options); code < 0)
         return std::unexpected(makeGitError(code));
     return {};

@@ -20,6 +20,7 @@ namespace corvane {
 enum class CheckoutStrategy {
     safe,  // files changed in the working tree are not overwritten
     force, // the working tree is made to match the target, overwriting changes
+    none,  // nothing is written to the working tree
 };
 
 // An opened repository: the few operations of libgit2 the module needs, each checked, each giving its

@@ -1,16 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/SynchronizedRepository.h"
 
+#include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/SpecialFileSweep.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace corvane {
 namespace {
 
 Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
 {
+    // libgit2 opens the repository's own files with blocking opens: a pipe among them must not hang it.
+    if (const QFileInfo gitDirectory(QDir(localURL.toLocalFile()).filePath(QStringLiteral(".git")));
+        gitDirectory.exists() || gitDirectory.isSymLink())
+        SpecialFileSweep::clearBelow(gitDirectory.filePath());
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
+        // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)
-            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::safe);
+            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::none);
         auto repository = Repository::at(localURL);
         // A clone made before links were refused, or by someone else, refuses them from now on.
         if (repository) {
@@ -31,6 +41,10 @@ Result<void, GitError> update(const Repository& repository)
     auto branch = repository.remoteBranch(QStringLiteral("origin/master"));
     if (!branch)
         return std::unexpected(branch.error());
+    if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
+                                                     QStringLiteral(".theme.json"));
+        !prepared)
+        return prepared;
     return repository.checkout(*branch, CheckoutStrategy::force);
 }
 
@@ -38,9 +52,13 @@ Result<void, GitError> update(const Repository& repository)
 
 Result<Repository, GitError> SynchronizedRepository::synchronize() const
 {
-    auto lock = std::make_shared<CloneLock>(m_localURL);
+    auto lock = CloneLock::acquire(m_localURL);
+    if (!lock)
+        return std::unexpected(lock.error());
+    // The transfers and the checkout below keep the clone ours while they make progress.
+    const CloneLock::WorkingOnThisThread working(**lock);
     return flatMap(obtain(m_localURL, m_remoteURL), [&](Repository repository) -> Result<Repository, GitError> {
-        repository.keepAlive(lock);
+        repository.keepAlive(*lock);
         if (auto updated = update(repository); !updated)
             return std::unexpected(updated.error());
         return repository;

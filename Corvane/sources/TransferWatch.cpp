@@ -2,20 +2,66 @@
 #include "Corvane/sources/TransferWatch.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/sources/BlockedSocketBreaker.h"
+#include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/CredentialRedaction.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/sources/GitProtocolSubtransport.h"
+#include "Corvane/sources/WatchedSubtransport.h"
 
+#include <QFile>
+
+#include <algorithm>
 #include <cstring>
 
 namespace corvane {
+namespace {
 
-TransferWatch::TransferWatch(QUrl remote, std::chrono::milliseconds limit)
-    : m_remote(std::move(remote)), m_limit(limit), m_lastProgress(Clock::now())
+bool hasPrefix(const char* url, const char* prefix)
 {
-    m_gitProtocol.callback = GitProtocolSubtransport::create;
-    m_gitProtocol.rpc = 0;
-    m_gitProtocol.param = this;
+    return std::strncmp(url, prefix, std::strlen(prefix)) == 0;
+}
+
+// libgit2's own rule: an explicit ssh scheme, or "[user@]host:path" with no scheme at all.
+bool isSsh(const char* url)
+{
+    if (hasPrefix(url, "ssh://") || hasPrefix(url, "ssh+git://") || hasPrefix(url, "git+ssh://"))
+        return true;
+    if (std::strstr(url, "://"))
+        return false;
+    const char* colon = std::strchr(url, ':');
+    const char* slash = std::strchr(url, '/');
+    return colon && colon != url && (!slash || colon < slash);
+}
+
+QString seconds(std::chrono::milliseconds limit)
+{
+    return QString::number(double(limit.count()) / 1000.0);
+}
+
+} // namespace
+
+TransferWatch::TransferWatch(QUrl remote, TransferLimits limits)
+    : m_remote(std::move(remote)),
+      m_limits(limits),
+      m_tick(std::clamp(limits.shortest() / 20, std::chrono::milliseconds(10), std::chrono::milliseconds(500))),
+      m_thread(BlockedSocketBreaker::currentThread()),
+      m_lastActivity(Clock::now().time_since_epoch().count())
+{
+    m_gitProtocol = {GitProtocolSubtransport::create, 0, this};
+    m_http = {WatchedSubtransport::createHttp, 1, this};
+    m_ssh = {WatchedSubtransport::createSsh, 0, this};
+}
+
+TransferWatch::~TransferWatch()
+{
+    {
+        std::lock_guard guard(m_mutex);
+        m_stopping = true;
+    }
+    m_stop.notify_all();
+    if (m_watcher.joinable())
+        m_watcher.join();
 }
 
 void TransferWatch::install(git_remote_callbacks& callbacks)
@@ -24,20 +70,112 @@ void TransferWatch::install(git_remote_callbacks& callbacks)
     callbacks.transfer_progress = onTransferProgress;
     callbacks.sideband_progress = onSidebandProgress;
     callbacks.transport = makeTransport;
+    markActivity();
+    if (!m_watcher.joinable())
+        m_watcher = std::thread([this] { watchOver(); });
 }
 
-void TransferWatch::reportTimeOut()
+void TransferWatch::markActivity()
 {
-    m_timedOut = true;
+    m_lastActivity.store(Clock::now().time_since_epoch().count());
+    CloneLock::signOfLifeOnThisThread();
+}
+
+void TransferWatch::noteConnecting()
+{
+    m_connecting = true;
+    markActivity();
+}
+
+void TransferWatch::noteConnected()
+{
+    m_connecting = false;
+    markActivity();
+}
+
+void TransferWatch::noteSent()
+{
+    markActivity();
+}
+
+void TransferWatch::noteReceived()
+{
+    m_received = true;
+    markActivity();
+}
+
+void TransferWatch::noteLocal()
+{
+    m_received = true;
+}
+
+std::chrono::milliseconds TransferWatch::limitFor(Stage stage) const
+{
+    switch (stage) {
+    case Stage::connecting:
+        return m_limits.connect;
+    case Stage::awaitingReply:
+        return m_limits.firstByte;
+    case Stage::transferring:
+        break;
+    }
+    return m_limits.noProgress;
+}
+
+void TransferWatch::watchOver()
+{
+    std::unique_lock guard(m_mutex);
+    while (!m_stop.wait_for(guard, m_tick, [this] { return m_stopping; })) {
+        if (m_timedOut) {
+            // Keep ending the operation's waits until libgit2 gives up and the operation returns.
+            BlockedSocketBreaker::inspect(m_thread, true);
+            continue;
+        }
+        const auto idle = Clock::now() - Clock::time_point(Clock::duration(m_lastActivity.load()));
+        if (idle < m_limits.shortest())
+            continue;
+        Stage stage = Stage::transferring;
+        if (!m_received) {
+            const BlockedSocketBreaker::Wait wait = BlockedSocketBreaker::inspect(m_thread, false);
+            stage = m_connecting || wait.connecting ? Stage::connecting : Stage::awaitingReply;
+        }
+        if (idle < limitFor(stage))
+            continue;
+        m_timedOutStage = stage;
+        m_timedOut = true;
+        BlockedSocketBreaker::inspect(m_thread, true);
+    }
+}
+
+void TransferWatch::reportTimeOut() const
+{
     git_error_set_str(GIT_ERROR_NET, timeOutText().toUtf8().constData());
 }
 
 QString TransferWatch::timeOutText() const
 {
+    const Stage stage = m_timedOutStage.load();
+    const QString limit = seconds(limitFor(stage));
+    switch (stage) {
+    case Stage::connecting: {
+        //% "Could not connect to %@ within %@ seconds."
+        const QString format = localizedString(QT_TRID_NOOP("corvane.git.connect-time-out"),
+                                               "Could not connect to %@ within %@ seconds.");
+        return fillPlaceholders(format, {displayUrl(m_remote), limit});
+    }
+    case Stage::awaitingReply: {
+        //% "The server of %@ accepted the connection but sent nothing for %@ seconds."
+        const QString format = localizedString(QT_TRID_NOOP("corvane.git.first-byte-time-out"),
+                                               "The server of %@ accepted the connection but sent nothing for %@ seconds.");
+        return fillPlaceholders(format, {displayUrl(m_remote), limit});
+    }
+    case Stage::transferring:
+        break;
+    }
     //% "The transfer from %@ made no progress for %@ seconds."
     const QString format = localizedString(QT_TRID_NOOP("corvane.git.no-progress"),
                                            "The transfer from %@ made no progress for %@ seconds.");
-    return fillPlaceholders(format, {displayUrl(m_remote), QString::number(double(m_limit.count()) / 1000.0)});
+    return fillPlaceholders(format, {displayUrl(m_remote), limit});
 }
 
 GitError TransferWatch::errorFor(int code) const
@@ -49,17 +187,15 @@ GitError TransferWatch::errorFor(int code) const
     return makeGitError(code, m_remote);
 }
 
-bool TransferWatch::noteProgress(bool advanced)
+bool TransferWatch::mayContinue(bool advanced)
 {
-    const Clock::time_point now = Clock::now();
-    if (advanced) {
-        m_lastProgress = now;
-        return true;
+    if (m_timedOut) {
+        reportTimeOut();
+        return false;
     }
-    if (now - m_lastProgress < m_limit)
-        return true;
-    reportTimeOut();
-    return false;
+    if (advanced)
+        noteReceived();
+    return true;
 }
 
 int TransferWatch::onTransferProgress(const git_indexer_progress* stats, void* payload)
@@ -70,7 +206,7 @@ int TransferWatch::onTransferProgress(const git_indexer_progress* stats, void* p
         || stats->received_objects != last.received_objects || stats->indexed_objects != last.indexed_objects
         || stats->indexed_deltas != last.indexed_deltas || stats->local_objects != last.local_objects;
     watch->m_lastStats = *stats;
-    return watch->noteProgress(advanced) ? 0 : -1;
+    return watch->mayContinue(advanced) ? 0 : -1;
 }
 
 int TransferWatch::onSidebandProgress(const char* text, int length, void* payload)
@@ -80,15 +216,22 @@ int TransferWatch::onSidebandProgress(const char* text, int length, void* payloa
     const QByteArray message(text, length);
     const bool advanced = message != watch->m_lastSideband;
     watch->m_lastSideband = message;
-    return watch->noteProgress(advanced) ? 0 : -1;
+    return watch->mayContinue(advanced) ? 0 : -1;
 }
 
 int TransferWatch::makeTransport(git_transport** out, git_remote* owner, void* payload)
 {
     auto watch = static_cast<TransferWatch*>(payload);
     const char* url = git_remote_url(owner);
-    if (GitProtocolSubtransport::isAvailable() && url && std::strncmp(url, "git://", 6) == 0)
+    if (!url)
+        return git_transport_new(out, owner, "");
+    if (hasPrefix(url, "git://") && GitProtocolSubtransport::isAvailable())
         return git_transport_smart(out, owner, &watch->m_gitProtocol);
+    if (hasPrefix(url, "http://") || hasPrefix(url, "https://"))
+        return git_transport_smart(out, owner, &watch->m_http);
+    if (isSsh(url) && !QFile::exists(QFile::decodeName(url)))
+        return git_transport_smart(out, owner, &watch->m_ssh);
+    watch->noteLocal();
     return git_transport_new(out, owner, url);
 }
 

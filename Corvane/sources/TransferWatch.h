@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/sources/GitError.h"
+#include "Corvane/sources/TransferLimits.h"
 
 #include <git2.h>
 #include <git2/sys/transport.h>
@@ -9,55 +10,100 @@
 #include <QString>
 #include <QUrl>
 
+#include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 namespace corvane {
 
-// Watches one clone or fetch so that it never hangs: a transfer that makes no progress for the limit is
-// aborted with a clear message. libgit2 1.5 has no socket time-out and a silent server fires no
-// callback, so git:// goes through a socket of our own whose every wait is bounded (GitProtocolStream);
-// the other transports are libgit2's own, watched from the progress callbacks. Nothing process-wide is
-// changed. One watch serves one operation on one thread; it must outlive the operation.
+// Watches one clone or fetch so that it never hangs, whatever the transport: connecting, the server's
+// first byte and every later sign of progress each have their limit (TransferLimits), and a transfer
+// that overruns one is stopped with a text naming what timed out.
+//
+// libgit2 1.5 has no socket time-out and a silent server fires no callback, so the watch keeps its own
+// clock on a thread of its own. The transports report every byte they move: git:// goes through a
+// socket of our own (GitProtocolSubtransport), http, https and ssh through libgit2's own subtransports
+// wrapped to count (WatchedSubtransport), all chosen for this one operation through its transport
+// callback. When a limit passes, the watch marks the transfer as timed out (callbacks then stop it) and
+// shuts down the sockets the operation's thread is blocked on (BlockedSocketBreaker). Nothing
+// process-wide is changed. One watch serves one operation, on the thread that made it; it must outlive
+// the operation.
 class TransferWatch {
 public:
-    TransferWatch(QUrl remote, std::chrono::milliseconds limit);
+    enum class Stage {
+        connecting,    // reaching the server (address lookup, connection)
+        awaitingReply, // connected, nothing received yet
+        transferring,  // something received; each pause counts against the no-progress limit
+    };
+
+    TransferWatch(QUrl remote, TransferLimits limits);
+    ~TransferWatch();
 
     TransferWatch(const TransferWatch&) = delete;
     TransferWatch& operator=(const TransferWatch&) = delete;
 
-    // Points the operation's callbacks (and its payload) at this watch.
+    // Points the operation's callbacks (and its payload) at this watch and starts the clock.
     void install(git_remote_callbacks& callbacks);
 
-    std::chrono::milliseconds limit() const { return m_limit; }
+    const TransferLimits& limits() const { return m_limits; }
     const QUrl& remote() const { return m_remote; }
 
-    // Called where a wait ran out: remembers it and leaves the time-out text as libgit2's last error.
-    void reportTimeOut();
-    bool timedOut() const { return m_timedOut; }
+    // From the transports, on the operation's thread.
+    void noteConnecting();
+    void noteConnected();
+    void noteSent();
+    void noteReceived();
+    // A local transport: no connection, every pause counts as one without progress.
+    void noteLocal();
+
+    bool timedOut() const { return m_timedOut.load(); }
+    // How often a transport that waits itself should look at timedOut().
+    std::chrono::milliseconds pollInterval() const { return m_tick; }
+    // Leaves the time-out text as libgit2's last error; for transports that notice timedOut().
+    void reportTimeOut() const;
 
     // The error of the failed operation: the time-out text if the watch stopped it, libgit2's otherwise.
     GitError errorFor(int code) const;
 
-    // "The transfer from <url> made no progress for <n> seconds."
+    // Names the stage that timed out, for example "The transfer from <url> made no progress for 60 seconds."
     QString timeOutText() const;
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    void markActivity();
     // Returns whether the transfer may go on.
-    bool noteProgress(bool advanced);
+    bool mayContinue(bool advanced);
+    void watchOver();
+    std::chrono::milliseconds limitFor(Stage stage) const;
 
     static int onTransferProgress(const git_indexer_progress* stats, void* payload);
     static int onSidebandProgress(const char* text, int length, void* payload);
     static int makeTransport(git_transport** out, git_remote* owner, void* payload);
 
     QUrl m_remote;
-    std::chrono::milliseconds m_limit;
-    Clock::time_point m_lastProgress;
+    TransferLimits m_limits;
+    std::chrono::milliseconds m_tick;
+    pid_t m_thread = 0;
+
+    std::atomic<Clock::rep> m_lastActivity;
+    std::atomic<bool> m_connecting{false};
+    std::atomic<bool> m_received{false};
+    std::atomic<bool> m_timedOut{false};
+    std::atomic<Stage> m_timedOutStage{Stage::transferring};
+
     git_indexer_progress m_lastStats{};
     QByteArray m_lastSideband;
-    bool m_timedOut = false;
     git_smart_subtransport_definition m_gitProtocol{};
+    git_smart_subtransport_definition m_http{};
+    git_smart_subtransport_definition m_ssh{};
+
+    std::mutex m_mutex;
+    std::condition_variable m_stop;
+    bool m_stopping = false;
+    std::thread m_watcher;
 };
 
 } // namespace corvane

@@ -40,6 +40,14 @@ QString UntrustedThemeFiles::irregularFileText(const QString& path)
     return fillPlaceholders(format, {path});
 }
 
+QString UntrustedThemeFiles::oversizedFileText(const QString& path, std::size_t size, std::size_t limit)
+{
+    //% "The theme file '%@' has %@ bytes; a theme file may have at most %@ bytes. It was not checked out."
+    const QString format = localizedString(QT_TRID_NOOP("corvane.remote-themes.oversized-file"),
+                                           "The theme file '%@' has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.");
+    return fillPlaceholders(format, {path, QString::number(size), QString::number(limit)});
+}
+
 std::optional<TextError> UntrustedThemeFiles::refusal(const QString& cloneDirectory, const QString& themesDirectory,
                                                       const QStringList& linksAtHead)
 {

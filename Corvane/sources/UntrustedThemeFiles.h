@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
 #include <optional>
 
 namespace corvane {
@@ -25,6 +26,7 @@ public:
     static QString linkedFileText(const QString& path);
     static QString linkedDirectoryText(const QString& path);
     static QString irregularFileText(const QString& path);
+    static QString oversizedFileText(const QString& path, std::size_t size, std::size_t limit);
 };
 
 } // namespace corvane

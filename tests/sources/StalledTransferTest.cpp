@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/SynchronizedRepository.h"
+
+#include "StallingServer.h"
+#include "ThemeRepositoryScene.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace corvane;
+using namespace corvane::test;
+using namespace std::chrono_literals;
+
+// Distinct limits, so each text shows which one ran out.
+const TransferLimits shortLimits{600ms, 700ms, 800ms};
+
+// The start of a smart http answer, as a server that froze after its first bytes leaves it.
+const QByteArray frozenHttpAnswer = "HTTP/1.1 200 OK\r\n"
+                                    "Content-Type: application/x-git-upload-pack-advertisement\r\n"
+                                    "Content-Length: 100000\r\n\r\n"
+                                    "001e# service=git-upload-pack\n0000";
+
+class StalledTransferTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { GitLibrary::setTransferLimits(shortLimits); }
+    void cleanup() { GitLibrary::setTransferLimits({}); }
+
+    // Every transport gives up on a server that stops talking, at the stage where it stopped, with
+    // the text naming it; a fetch into a good clone leaves that clone as it was.
+    void givesUpOnAServerThatStopsTalking_data()
+    {
+        QTest::addColumn<QString>("url"); // PORT: the stalling server's port
+        QTest::addColumn<int>("behaviour");
+        QTest::addColumn<bool>("fetch");
+        QTest::addColumn<QString>("text"); // URL: the url as shown
+
+        const QString connect = "Could not connect to URL within 0.6 seconds.";
+        const QString silent = "The server of URL accepted the connection but sent nothing for 0.7 seconds.";
+        const QString frozen = "The transfer from URL made no progress for 0.8 seconds.";
+        QTest::newRow("http, silent") << "http://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
+        QTest::newRow("https, silent") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
+        QTest::newRow("ssh, silent") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
+        QTest::newRow("git, silent") << "git://127.0.0.1:PORT/themes" << int(Silent) << false << silent;
+        QTest::newRow("https, silent, fetch") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << true << silent;
+        QTest::newRow("ssh, silent, fetch") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << true << silent;
+        QTest::newRow("http, unreachable") << "http://127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect;
+        QTest::newRow("ssh, unreachable") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect;
+        QTest::newRow("git, unreachable") << "git://127.0.0.1:PORT/themes" << int(Unreachable) << false << connect;
+        QTest::newRow("http, frozen after its first bytes") << "http://127.0.0.1:PORT/themes.git" << int(FrozenHttp) << false << frozen;
+        QTest::newRow("git, frozen in the middle of the pack") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << false << frozen;
+        QTest::newRow("http, frozen in the middle of the pack") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << false << frozen;
+        QTest::newRow("http, frozen in the middle of the pack, fetch") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << true << frozen;
+        QTest::newRow("https, frozen in the middle of the pack") << "https://127.0.0.1:PORT/themes" << int(FrozenHttpsPack) << false << frozen;
+        QTest::newRow("git, frozen in the middle of the pack, fetch") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << true << frozen;
+    }
+
+    void givesUpOnAServerThatStopsTalking()
+    {
+        QFETCH(QString, url);
+        QFETCH(int, behaviour);
+        QFETCH(bool, fetch);
+        QFETCH(QString, text);
+        const bool frozenPack = behaviour == FrozenPack || behaviour == FrozenHttpPack || behaviour == FrozenHttpsPack;
+        ThemeRepositoryScene scene(behaviour == FrozenPack       ? Served::git
+                                   : behaviour == FrozenHttpPack  ? Served::http
+                                   : behaviour == FrozenHttpsPack ? Served::https
+                                                                  : Served::file);
+        if (fetch)
+            QVERIFY(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()).synchronize());
+        if (frozenPack) {
+            // Enough incompressible data that the pack is still on its way when the relay stops.
+            QByteArray noise(4 << 20, Qt::Uninitialized);
+            QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
+            writeFile(scene.remote.path() + "/Assets", "noise.bin", noise);
+            scene.remote.commitAll("Noise");
+        }
+        const QString before = fetch ? scene.cloneHead() : QString();
+
+        StallingServer server(behaviour == Silent        ? StallingServer::silent()
+                              : behaviour == Unreachable ? StallingServer::unreachable()
+                              : behaviour == FrozenHttp  ? StallingServer::greeting(frozenHttpAnswer)
+                              : behaviour == FrozenPack  ? StallingServer::relay(scene.daemon->port(), 256 * 1024)
+                              : behaviour == FrozenHttpPack ? StallingServer::relay(scene.http->port(), 256 * 1024)
+                                                            : StallingServer::relay(scene.tls->port(), 256 * 1024));
+        const QUrl remote(url.replace("PORT", QString::number(server.port())));
+        if (fetch)
+            runGit(scene.clonePath(), {"remote", "set-url", "origin", remote.toString()});
+
+        const auto synchronized = SynchronizedRepository(scene.cloneUrl(), remote).synchronize();
+        QVERIFY(!synchronized);
+        QUrl shown = remote; // messages name servers without user information
+        shown.setUserInfo({});
+        QCOMPARE(synchronized.error().errorDescription(), text.replace("URL", shown.toString()));
+        if (frozenPack)
+            QVERIFY(server.forwarded() >= 256 * 1024);
+        if (fetch)
+            QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());
+        else
+            QCOMPARE(Repository::isValid(scene.cloneUrl()).value_or(true), false);
+    }
+
+private:
+    enum Behaviour { Silent, Unreachable, FrozenHttp, FrozenPack, FrozenHttpPack, FrozenHttpsPack };
+};
+
+QTEST_GUILESS_MAIN(StalledTransferTest)
+#include "StalledTransferTest.moc"

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "SmartHttpServer.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QProcess>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace corvane::test {
+namespace {
+
+// Appends the next bytes the connection gives; false once it has ended or the server stops.
+bool readMore(int socket, QByteArray& buffer, const std::atomic<bool>& stopping)
+{
+    while (!stopping) {
+        pollfd readable{socket, POLLIN, 0};
+        if (::poll(&readable, 1, 50) <= 0)
+            continue;
+        char chunk[16384];
+        const ssize_t length = ::recv(socket, chunk, sizeof chunk, 0);
+        if (length <= 0)
+            return false;
+        buffer.append(chunk, length);
+        return true;
+    }
+    return false;
+}
+
+bool sendAll(int socket, const QByteArray& data)
+{
+    qsizetype sent = 0;
+    while (sent < data.size()) {
+        const ssize_t length = ::send(socket, data.constData() + sent, size_t(data.size() - sent), MSG_NOSIGNAL);
+        if (length <= 0)
+            return false;
+        sent += length;
+    }
+    return true;
+}
+
+QByteArray uploadPack(const QString& repository, const QStringList& options, const QByteArray& input)
+{
+    QProcess git;
+    git.start(QStringLiteral("git"), QStringList{QStringLiteral("upload-pack"), QStringLiteral("--stateless-rpc")} + options
+                                         + QStringList{repository});
+    git.write(input);
+    git.closeWriteChannel();
+    git.waitForFinished(60000);
+    return git.readAllStandardOutput();
+}
+
+QByteArray response(const QByteArray& contentType, const QByteArray& body)
+{
+    return "HTTP/1.1 200 OK\r\nContent-Type: " + contentType + "\r\nCache-Control: no-cache\r\nContent-Length: "
+        + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+}
+
+// The body of a request, by its length or in chunks.
+bool readBody(int socket, QByteArray& buffer, const QByteArray& headers, QByteArray& body,
+              const std::atomic<bool>& stopping)
+{
+    const QByteArray lower = headers.toLower();
+    if (const qsizetype at = lower.indexOf("\r\ncontent-length:"); at >= 0) {
+        const qsizetype end = lower.indexOf("\r\n", at + 2);
+        const qsizetype length = lower.mid(at + 17, end - at - 17).trimmed().toLongLong();
+        while (buffer.size() < length) {
+            if (!readMore(socket, buffer, stopping))
+                return false;
+        }
+        body = buffer.left(length);
+        buffer.remove(0, length);
+        return true;
+    }
+    if (!lower.contains("\r\ntransfer-encoding: chunked"))
+        return true;
+    while (true) {
+        qsizetype lineEnd;
+        while ((lineEnd = buffer.indexOf("\r\n")) < 0) {
+            if (!readMore(socket, buffer, stopping))
+                return false;
+        }
+        const qsizetype size = buffer.left(lineEnd).toLongLong(nullptr, 16);
+        while (buffer.size() < lineEnd + 2 + size + 2) {
+            if (!readMore(socket, buffer, stopping))
+                return false;
+        }
+        body += buffer.mid(lineEnd + 2, size);
+        buffer.remove(0, lineEnd + 2 + size + 2);
+        if (size == 0)
+            return true;
+    }
+}
+
+} // namespace
+
+SmartHttpServer::SmartHttpServer(QString basePath) : m_basePath(std::move(basePath))
+{
+    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(m_listener, 16) != 0
+        || ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        qFatal("cannot listen on 127.0.0.1");
+    m_port = ntohs(address.sin_port);
+    m_thread = std::thread([this] { serve(); });
+}
+
+SmartHttpServer::~SmartHttpServer()
+{
+    m_stopping = true;
+    m_thread.join();
+    for (std::thread& connection : m_connections)
+        connection.join();
+    ::close(m_listener);
+}
+
+QUrl SmartHttpServer::url(const QString& relativePath) const
+{
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/%2").arg(m_port).arg(relativePath));
+}
+
+void SmartHttpServer::serve()
+{
+    while (!m_stopping) {
+        pollfd listening{m_listener, POLLIN, 0};
+        if (::poll(&listening, 1, 50) <= 0)
+            continue;
+        const int client = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (client >= 0)
+            m_connections.emplace_back([this, client] { answer(client); });
+    }
+}
+
+void SmartHttpServer::answer(int client)
+{
+    QByteArray buffer;
+    while (!m_stopping) {
+        qsizetype headersEnd;
+        while ((headersEnd = buffer.indexOf("\r\n\r\n")) < 0) {
+            if (!readMore(client, buffer, m_stopping))
+                break;
+        }
+        if (headersEnd < 0)
+            break;
+        const QByteArray headers = buffer.left(headersEnd + 2);
+        buffer.remove(0, headersEnd + 4);
+        const QList<QByteArray> requestLine = headers.left(headers.indexOf("\r\n")).split(' ');
+        if (requestLine.size() < 2)
+            break;
+        const QByteArray target = requestLine[1];
+        QByteArray body;
+        if (!readBody(client, buffer, headers, body, m_stopping))
+            break;
+
+        QByteArray reply;
+        if (target.endsWith("/info/refs?service=git-upload-pack")) {
+            const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.indexOf("/info/refs") - 1)));
+            reply = response("application/x-git-upload-pack-advertisement",
+                             "001e# service=git-upload-pack\n0000" + uploadPack(repository, {QStringLiteral("--advertise-refs")}, {}));
+        } else if (target.endsWith("/git-upload-pack")) {
+            const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.size() - 17)));
+            reply = response("application/x-git-upload-pack-result", uploadPack(repository, {}, body));
+        } else {
+            reply = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
+        }
+        if (!sendAll(client, reply))
+            break;
+    }
+    ::close(client);
+}
+
+} // namespace corvane::test

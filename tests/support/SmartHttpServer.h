@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <atomic>
+#include <cstdint>
+#include <thread>
+#include <vector>
+
+namespace corvane::test {
+
+// A real smart-http git server on 127.0.0.1 for fetching: the two requests of git's http protocol
+// answered by "git upload-pack --stateless-rpc" over the repositories below a directory, one request
+// after another on kept-alive connections. Runs on threads of its own, since the code under test blocks
+// the test's thread.
+class SmartHttpServer {
+public:
+    explicit SmartHttpServer(QString basePath);
+    ~SmartHttpServer();
+
+    SmartHttpServer(const SmartHttpServer&) = delete;
+    SmartHttpServer& operator=(const SmartHttpServer&) = delete;
+
+    std::uint16_t port() const { return m_port; }
+    // http://127.0.0.1:PORT/<relative path>
+    QUrl url(const QString& relativePath) const;
+
+private:
+    void serve();
+    void answer(int client);
+
+    QString m_basePath;
+    int m_listener = -1;
+    std::uint16_t m_port = 0;
+    std::atomic<bool> m_stopping{false};
+    std::thread m_thread;
+    std::vector<std::thread> m_connections;
+};
+
+} // namespace corvane::test

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "TlsFront.h"
+
+#include <QFile>
+#include <QProcess>
+
+#include <openssl/err.h>
+#include <openssl/ssl.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace corvane::test {
+namespace {
+
+bool openssl(const QString& directory, const QStringList& arguments)
+{
+    QProcess tool;
+    tool.setWorkingDirectory(directory);
+    tool.start(QStringLiteral("openssl"), arguments);
+    return tool.waitForFinished(60000) && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
+}
+
+// A certificate authority of its own and a certificate for 127.0.0.1 signed by it, both for a day.
+bool makeCertificates(const QString& directory)
+{
+    const QStringList key{"-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes"};
+    QFile extensions(directory + "/server.ext");
+    if (!extensions.open(QIODevice::WriteOnly) || extensions.write("subjectAltName=IP:127.0.0.1,DNS:127.0.0.1\n") < 0)
+        return false;
+    extensions.close();
+    return openssl(directory, QStringList{"req", "-x509"} + key
+                                  + QStringList{"-keyout", "ca.key", "-out", "ca.crt", "-days", "1", "-subj", "/CN=Corvane Test CA"})
+        && openssl(directory, QStringList{"req"} + key
+                                  + QStringList{"-keyout", "server.key", "-out", "server.csr", "-subj", "/CN=127.0.0.1"})
+        && openssl(directory, {"x509", "-req", "-in", "server.csr", "-CA", "ca.crt", "-CAkey", "ca.key", "-CAcreateserial",
+                               "-out", "server.crt", "-days", "1", "-extfile", "server.ext"});
+}
+
+int connectTo(std::uint16_t port)
+{
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        ::close(socket);
+        return -1;
+    }
+    return socket;
+}
+
+} // namespace
+
+TlsFront::TlsFront(std::uint16_t upstreamPort) : m_upstreamPort(upstreamPort)
+{
+    if (!makeCertificates(m_files.path()))
+        return;
+    SSL_CTX* context = SSL_CTX_new(TLS_server_method());
+    if (SSL_CTX_use_certificate_file(context, qPrintable(m_files.filePath("server.crt")), SSL_FILETYPE_PEM) != 1
+        || SSL_CTX_use_PrivateKey_file(context, qPrintable(m_files.filePath("server.key")), SSL_FILETYPE_PEM) != 1) {
+        SSL_CTX_free(context);
+        return;
+    }
+    m_context = context;
+    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(m_listener, 16) != 0
+        || ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return;
+    m_port = ntohs(address.sin_port);
+    m_thread = std::thread([this] { serve(); });
+}
+
+TlsFront::~TlsFront()
+{
+    m_stopping = true;
+    if (m_thread.joinable())
+        m_thread.join();
+    for (std::thread& connection : m_connections)
+        connection.join();
+    if (m_listener >= 0)
+        ::close(m_listener);
+    SSL_CTX_free(static_cast<SSL_CTX*>(m_context));
+}
+
+void TlsFront::serve()
+{
+    while (!m_stopping) {
+        pollfd listening{m_listener, POLLIN, 0};
+        if (::poll(&listening, 1, 50) <= 0)
+            continue;
+        const int client = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (client >= 0)
+            m_connections.emplace_back([this, client] { relay(client); });
+    }
+}
+
+void TlsFront::relay(int client)
+{
+    SSL* tls = SSL_new(static_cast<SSL_CTX*>(m_context));
+    SSL_set_fd(tls, client);
+    const int upstream = SSL_accept(tls) == 1 ? connectTo(m_upstreamPort) : -1;
+    char buffer[16384];
+    while (upstream >= 0 && !m_stopping) {
+        pollfd sides[2] = {{client, POLLIN, 0}, {upstream, POLLIN, 0}};
+        if (SSL_pending(tls) == 0 && ::poll(sides, 2, 50) <= 0)
+            continue;
+        if (SSL_pending(tls) > 0 || (sides[0].revents & (POLLIN | POLLHUP))) {
+            const int length = SSL_read(tls, buffer, sizeof buffer);
+            if (length <= 0)
+                break;
+            if (::send(upstream, buffer, size_t(length), MSG_NOSIGNAL) != length)
+                break;
+        }
+        if (sides[1].revents & (POLLIN | POLLHUP)) {
+            const ssize_t length = ::recv(upstream, buffer, sizeof buffer, 0);
+            if (length <= 0 || SSL_write(tls, buffer, int(length)) != int(length))
+                break;
+        }
+    }
+    if (upstream >= 0)
+        ::close(upstream);
+    SSL_free(tls);
+    ::close(client);
+}
+
+} // namespace corvane::test
