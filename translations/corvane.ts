@@ -327,6 +327,7 @@
     </message>
     <message id="corvane.file-manager.trash-other-file-system">
         <source>It is on another file system than the Trash.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message id="corvane.clone-lock.busy-minutes">
         <source>Another synchronisation of the clone %@ has been running for %@ minutes.</source>
