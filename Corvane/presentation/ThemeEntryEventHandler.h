@@ -32,7 +32,7 @@ public:
                            std::shared_ptr<const DeletesFiles> fileDeleter = nullptr);
 
     // How long one slice of copies may hold the main thread.
-    static constexpr std::chrono::milliseconds sliceDuration{20};
+    static constexpr std::chrono::milliseconds sliceDuration{12};
 
     // Ignored while an earlier batch is still running: its rows are stale until the list is rebuilt.
     void installThemes(const QList<CopyCommand>& commands) override;
