@@ -3,6 +3,7 @@
 
 #include "Corvane/presentation/AlertWindowScope.h"
 #include "Corvane/presentation/Alerts.h"
+#include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
 
 #include <QCoreApplication>
@@ -39,12 +40,15 @@ void ThemeEntryEventHandler::continueBatch()
     const std::weak_ptr<ThemeEntryEventHandler> handler = weak_from_this();
     const bool canSlice = !handler.expired() && QCoreApplication::instance();
     Batch& batch = *m_batch;
+    // The slice's copies are made durable together when it ends, before anything is shown.
+    std::optional<DeferredSync> durability(std::in_place, DeferredSync::Wait::inBackground);
     while (batch.next < batch.commands.size()) {
         const CopyCommand& command = batch.commands.at(batch.next);
         if (auto copied = m_fileCopier->copy(command); !copied) {
             const CopyCommand failed = command;
             const bool showedProgress = batch.showedProgress;
             m_batch.reset();
+            durability.reset();
             if (showedProgress)
                 m_presenter->showInstallEnded();
             copyingFailed(failed, copied.error());
@@ -54,6 +58,7 @@ void ThemeEntryEventHandler::continueBatch()
         if (canSlice && batch.next < batch.commands.size() && slice.elapsed() >= sliceDuration.count()) {
             // Let the window paint and show how far the batch got; the rest follows from the event loop.
             batch.showedProgress = true;
+            durability.reset();
             m_presenter->showInstallProgress(batch.next, batch.commands.size());
             QTimer::singleShot(0, QCoreApplication::instance(), [handler] {
                 if (const auto self = handler.lock(); self && self->m_batch)
@@ -63,6 +68,7 @@ void ThemeEntryEventHandler::continueBatch()
         }
     }
     m_batch.reset();
+    durability.reset();
     m_presenter->refresh();
 }
 

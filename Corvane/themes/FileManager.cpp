@@ -4,6 +4,7 @@
 #include "Corvane/differences/CopyCommand.h"
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
+#include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/Descriptor.h"
 #include "Corvane/themes/FileNameEncoding.h"
 #include "Corvane/themes/InstallLeftovers.h"
@@ -268,7 +269,8 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     int code = copyContent(source->descriptor(), target.get());
     if (code == 0 && ::fchmod(target.get(), source->mode() & 07777) != 0)
         code = errno;
-    if (code == 0 && ::fsync(target.get()) != 0)
+    // The data is on disk before the rename that shows it, or, in a run of installs, with the run.
+    if (code == 0 && !DeferredSync::defer(directory) && ::fsync(target.get()) != 0)
         code = errno;
     if (const int closing = target.close(); code == 0)
         code = closing;
@@ -292,6 +294,8 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
         return failed(RegularFile::describeErrno(code));
     }
     // Make the rename itself durable; a failure here leaves a complete file in place, so it is ignored.
+    if (DeferredSync::defer(directory))
+        return {};
     if (const int directoryDescriptor = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         directoryDescriptor >= 0) {
         ::fsync(directoryDescriptor);

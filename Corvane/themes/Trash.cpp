@@ -2,6 +2,7 @@
 #include "Corvane/themes/Trash.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/Descriptor.h"
 #include "Corvane/themes/FileNameEncoding.h"
 #include "Corvane/themes/RegularFile.h"
@@ -235,7 +236,7 @@ int writeInfoExclusively(const QByteArray& info, const QByteArray& content)
     if (descriptor.get() < 0)
         return errno;
     int code = writeAll(descriptor.get(), content);
-    if (code == 0 && ::fsync(descriptor.get()) != 0)
+    if (code == 0 && !DeferredSync::defer(parentOf(info)) && ::fsync(descriptor.get()) != 0)
         code = errno;
     if (const int closing = descriptor.close(); code == 0)
         code = closing;
@@ -280,7 +281,8 @@ Result<void, TextError> Trash::moveItem(const QByteArray& path)
     // written, and a kill in between can leave it empty.
     const QByteArray content = infoContent(recorded);
     Descriptor unnamed(::open(trash->info().constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-    if (unnamed.get() >= 0 && (writeAll(unnamed.get(), content) != 0 || ::fsync(unnamed.get()) != 0))
+    if (unnamed.get() >= 0
+        && (writeAll(unnamed.get(), content) != 0 || (!DeferredSync::defer(trash->info()) && ::fsync(unnamed.get()) != 0)))
         unnamed.close();
     const QByteArray unnamedPath = "/proc/self/fd/" + QByteArray::number(unnamed.get());
 
