@@ -349,5 +349,9 @@
         <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
         <translation>Die Theme-Datei „%@“ hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben. Sie wurde nicht ausgecheckt.</translation>
     </message>
+    <message id="corvane.file-manager.source-theme-changed">
+        <source>The theme file &apos;%@&apos; changed in the repository after the list was made; nothing was installed.</source>
+        <translation>Die Theme-Datei „%@“ hat sich im Repository geändert, nachdem die Liste erstellt wurde; es wurde nichts installiert.</translation>
+    </message>
 </context>
 </TS>

@@ -70,7 +70,9 @@ NewTheme makeNewTheme(const RemoteTheme& remote, const DestinationMaker& destina
 {
     const StoredTheme& stored = remote.theme;
     return NewTheme(stored.theme.identifier.name(), stored.theme.identifier.style(), stored.theme.authors,
-                    stored.theme.version, CopyCommand{stored.path, destinations.destination(stored.path)});
+                    stored.theme.version,
+                    CopyCommand{stored.path, destinations.destination(stored.path),
+                                CopyCommand::SourceTheme{stored.theme.identifier, stored.theme.version}});
 }
 
 std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const LocalTheme& installed)
@@ -82,7 +84,8 @@ std::optional<UpdatedTheme> makeUpdatedTheme(const RemoteTheme& remote, const Lo
         return std::nullopt;
     return UpdatedTheme(target.theme.identifier, source.theme.authors,
                         UpdatedTheme::VersionChange{target.theme.version, source.theme.version},
-                        CopyCommand{source.path, target.path});
+                        CopyCommand{source.path, target.path,
+                                    CopyCommand::SourceTheme{source.theme.identifier, source.theme.version}});
 }
 
 } // namespace

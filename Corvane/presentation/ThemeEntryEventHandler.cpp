@@ -5,6 +5,7 @@
 #include "Corvane/presentation/Alerts.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/SourceThemeChanged.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -51,6 +52,12 @@ void ThemeEntryEventHandler::continueBatch()
             durability.reset();
             if (showedProgress)
                 m_presenter->showInstallEnded();
+            // The clone moved on since the list was made: nothing is wrong with the user's themes, the
+            // list is stale. A fresh one shows what the repository holds now.
+            if (copied.error().as<SourceThemeChanged>()) {
+                m_presenter->refresh();
+                return;
+            }
             copyingFailed(failed, copied.error());
             return;
         }

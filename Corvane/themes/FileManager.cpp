@@ -11,6 +11,9 @@
 #include "Corvane/themes/InstalledDirectoryLock.h"
 #include "Corvane/themes/LocalFileURL.h"
 #include "Corvane/themes/RegularFile.h"
+#include "Corvane/themes/SourceThemeChanged.h"
+#include "Corvane/themes/ThemeDecoder.h"
+#include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/themes/Trash.h"
 
 #include <QDir>
@@ -41,6 +44,29 @@ QString parentOf(const QString& path)
     if (slash <= 0)
         return QStringLiteral("/");
     return path.left(slash);
+}
+
+// Writes `length` bytes to the target; 0 or the errno of the failure.
+int writeContent(int target, const char* data, std::size_t length)
+{
+    for (std::size_t written = 0; written < length;) {
+        const ssize_t step = ::write(target, data + written, length - written);
+        if (step < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        written += std::size_t(step);
+    }
+    return 0;
+}
+
+// Whether the bytes hold the theme a row was made from: same name (canonically), style and version.
+bool holdsTheme(const char* data, std::size_t length, const CopyCommand::SourceTheme& expected)
+{
+    thread_local ThemeJsonParser parser;
+    const auto theme = parser.decodePadded(data, length);
+    return theme && theme->identifier == expected.identifier && theme->version == expected.version;
 }
 
 // Writes all of the source into the target; 0 or the errno of the failure.
@@ -237,12 +263,28 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
         return failed(unrepresentable(destinationPath));
     const QByteArray& destination = *destinationName;
 
+    const auto changed = [&] { return std::unexpected(AnyError(SourceThemeChanged{command.sourceFileName()})); };
     auto source = RegularFile::openAt(AT_FDCWD, sourceName->constData(), false);
+    struct stat sourceStatus;
+    if (!source && command.sourceTheme && ::lstat(sourceName->constData(), &sourceStatus) != 0 && errno == ENOENT)
+        return changed(); // renamed or removed upstream since the list was made
     if (!source) {
         //% "Could not read '%@': %@"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.source-unreadable"),
                                                "Could not read '%@': %@");
         return failed(fillPlaceholders(format, {FileNameEncoding::displayed(sourcePath), source.error().text}));
+    }
+
+    // A row's theme is checked in the very bytes that are then written, so what lands is what the row
+    // showed, whatever a synchronisation does to the clone meanwhile.
+    std::unique_ptr<char[]> content;
+    std::size_t contentCapacity = 0;
+    std::optional<std::size_t> contentLength;
+    if (command.sourceTheme) {
+        const auto read = source->readAll(content, contentCapacity, ThemeJsonParser::padding, ThemeDecoder::maximumFileSize);
+        if (!read || !holdsTheme(content.get(), *read, *command.sourceTheme))
+            return changed();
+        contentLength = *read;
     }
 
     // Installs into one directory take turns, so that the removal of a killed install's leftovers
@@ -266,7 +308,8 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     }
     const auto discard = [&temporary] { ::unlink(temporary.constData()); };
 
-    int code = copyContent(source->descriptor(), target.get());
+    int code = contentLength ? writeContent(target.get(), content.get(), *contentLength)
+                             : copyContent(source->descriptor(), target.get());
     if (code == 0 && ::fchmod(target.get(), source->mode() & 07777) != 0)
         code = errno;
     // The data is on disk before the rename that shows it, or, in a run of installs, with the run.

@@ -60,11 +60,14 @@ QList<ThemeDifference> literalDifferences(const QList<RemoteTheme>& remote, cons
     QList<ThemeDifference> added, updated;
     for (const auto& [path, theme] : remote | std::views::transform(&RemoteTheme::theme)) {
         const auto match = std::ranges::find_if(installed, [&](auto& l) { return key(l.theme.theme) == key(theme); });
+        // Each copy carries the theme it was made from, so it installs that theme or nothing.
+        const CopyCommand::SourceTheme source{theme.identifier, theme.version};
         if (match == installed.end())
             added << NewTheme(theme.identifier.name(), theme.identifier.style(), theme.authors, theme.version,
-                              CopyCommand{path, installedDir + u'/' + QFileInfo(path).fileName()});
+                              CopyCommand{path, installedDir + u'/' + QFileInfo(path).fileName(), source});
         else if (const StoredTheme& old = match->theme; old.theme.version < theme.version)
-            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version}, {path, old.path});
+            updated << UpdatedTheme(old.theme.identifier, theme.authors, {old.theme.version, theme.version},
+                                    {path, old.path, source});
     }
     return added + updated;
 }

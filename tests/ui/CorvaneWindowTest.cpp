@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The assembled updater against real repositories: real files, a Trash of its own, the real window off
 // screen and the real alerts answered from the test; and corvane show as a script runs it.
+#include "Corvane/module/CorvaneModule.h"
 #include "Corvane/module/CorvaneWireframe.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/LoadingViewController.h"
@@ -130,6 +131,53 @@ private slots:
         QCOMPARE(updater.rows(), expected); // only the acted-on theme was installed
         QCOMPARE(scroll->value(), table->rowHeight() * 20 + 7); // the rows around it stayed in place
         QCOMPARE(table->focusedRow(), acted);                     // its successor has the focus
+    }
+
+    void aCloneThatMovedUnderTheWindowInstallsOnlyWhatTheRowsShowed_data()
+    {
+        QTest::addColumn<bool>("renamed"); // Harbor Night's file renamed upstream, else Paper Mint's version raised
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QStringList>("rows"); // after the refresh that follows
+        QTest::newRow("a version raised upstream") << false << QStringList{u"harbor-night.theme.json"_s}
+                                                   << QStringList{u"Paper Mint 2.1.0"_s, u"Harbor Night 1.10.0"_s};
+        QTest::newRow("a file renamed upstream")
+            << true << QStringList{u"harbor-night.theme.json"_s, u"paper-mint.theme.json"_s}
+            << QStringList{u"Harbor Night 1.10.0"_s};
+    }
+
+    void aCloneThatMovedUnderTheWindowInstallsOnlyWhatTheRowsShowed()
+    {
+        QFETCH(bool, renamed);
+        TrashSandbox trash;
+        Updater updater;
+        AlertAnswerer alerts;
+        updater.wireframe->show();
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        const QByteArray oldHarborNight = updater.file(updater.installed, "harbor-night.theme.json");
+
+        // Upstream moves on, and the host's repository check brings the same clone along.
+        const QString themes = updater.remote.themesDirectory();
+        if (renamed)
+            QVERIFY(QFile::rename(themes + u"/harbor-night.theme.json"_s, themes + u"/harbor-night-2.theme.json"_s));
+        else
+            writeTheme(themes, u"paper-mint.theme.json"_s, u"Paper Mint"_s, u"light"_s, {}, u"2.1.0"_s);
+        updater.remote.commitAll(u"Moved on"_s);
+        bool checked = false;
+        CorvaneModule(Configuration(updater.remoteUrl, QUrl::fromLocalFile(updater.clone),
+                                    QUrl::fromLocalFile(updater.installed)))
+            .hasUpdates(std::nullopt, [&](const ThemeRepositoryStatus&) { checked = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(checked, comparisonTimeout);
+
+        updater.list->updateAll(); // the rows still show Paper Mint 2.0.0 and Harbor Night 1.10.0
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        QCOMPARE(alerts.seen().size(), 0); // a stale list is no copying failure
+        QTEST(QDir(updater.installed).entryList(QDir::Files), "installed");
+        if (!renamed) // Paper Mint was not installed at 2.1.0, which no row showed; Harbor Night not reached
+            QCOMPARE(updater.file(updater.installed, "harbor-night.theme.json"), oldHarborNight);
+        QStringList rows;
+        for (const ThemeEntry& entry : updater.list->tableViewModel().entries())
+            rows << entry.name + u' ' + entry.remoteVersion;
+        QTEST(rows, "rows");
     }
 
     void aFailedComparisonOffersRetryThenIgnore()
