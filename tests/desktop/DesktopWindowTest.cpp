@@ -145,6 +145,13 @@ struct Updater {
         QWidget* window = wireframe->windowController()->window();
         QVERIFY(QTest::qWaitForWindowExposed(window));
     }
+    // Opened, its list settled and still for a double-click interval, so a press counts.
+    void openReady(const QUrl& remoteUrl)
+    {
+        open(remoteUrl);
+        QTRY_VERIFY_WITH_TIMEOUT(settled(), comparisonTimeout);
+        QTest::qWait(QApplication::doubleClickInterval());
+    }
     bool settled() const { return list->refreshButton()->isEnabled() && !list->isAnimating(); }
     int installedCount() const
     {
@@ -227,9 +234,8 @@ private slots:
     {
         TrashSandbox trash;
         Updater updater(12);
-        updater.open(updater.remote.fileUrl());
-        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        QTest::qWait(QApplication::doubleClickInterval());
+        updater.openReady(updater.remote.fileUrl());
+        QVERIFY(updater.settled());
 
         ThemeTableView* table = updater.list->themeTableView();
         ThemeCellView* first = updater.cell(0);
@@ -275,9 +281,8 @@ private slots:
     {
         TrashSandbox trash;
         Updater updater(6);
-        updater.open(updater.remote.fileUrl());
-        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        QTest::qWait(QApplication::doubleClickInterval());
+        updater.openReady(updater.remote.fileUrl());
+        QVERIFY(updater.settled());
         const int before = updater.installedCount();
         const QPoint button = globalRect(updater.cell(0)->updateButton()).center();
         // 300 ms apart: after the first, the list reloads and the next row moves under the pointer.
@@ -299,9 +304,8 @@ private slots:
         const QByteArray previous = qgetenv("XDG_DATA_HOME");
         qputenv("XDG_DATA_HOME", QFile::encodeName(notAFolder));
         const auto restore = qScopeGuard([&] { qputenv("XDG_DATA_HOME", previous); });
-        updater.open(updater.remote.fileUrl());
-        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        QTest::qWait(QApplication::doubleClickInterval());
+        updater.openReady(updater.remote.fileUrl());
+        QVERIFY(updater.settled());
 
         bool stillUp = false, clonePresent = false, installedPresent = false;
         QString seen, hints;
