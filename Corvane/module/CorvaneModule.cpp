@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/module/CorvaneModule.h"
 
+#include "Corvane/module/RepositoryCheckState.h"
+
 #include "Corvane/module/CorvaneService.h"
 #include "Corvane/module/CorvaneWireframe.h"
 
@@ -13,9 +15,24 @@ void CorvaneModule::hasUpdates(std::optional<QString> sinceCommit,
                                                       std::move(result));
 }
 
-std::unique_ptr<UpdatesThemes> CorvaneModule::corvane() const
+RepositoryCheckHandle CorvaneModule::hasUpdates(std::optional<QString> sinceCommit, const QObject* context,
+                                                std::function<void(ThemeRepositoryStatus)> result) const
 {
-    return CorvaneWireframe::create(m_configuration);
+    auto state = std::make_shared<RepositoryCheckHandle::State>();
+    state->context = context;
+    state->hasContext = context != nullptr;
+    hasUpdates(std::move(sinceCommit), [state, result = std::move(result)](ThemeRepositoryStatus status) {
+        if (state->cancelled || (state->hasContext && !state->context))
+            return;
+        state->answered = true;
+        result(std::move(status));
+    });
+    return RepositoryCheckHandle(std::move(state));
+}
+
+std::unique_ptr<UpdatesThemes> CorvaneModule::corvane(QWidget* parent, QSettings* frameSettings) const
+{
+    return CorvaneWireframe::create(m_configuration, parent, frameSettings);
 }
 
 } // namespace corvane

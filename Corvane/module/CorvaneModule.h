@@ -3,10 +3,15 @@
 
 #include "Corvane/corvane_export.h"
 #include "Corvane/module/Configuration.h"
+#include "Corvane/module/RepositoryCheckHandle.h"
 #include "Corvane/module/ThemeRepositoryStatus.h"
 #include "Corvane/module/UpdatesThemes.h"
 
 #include <QString>
+
+class QObject;
+class QSettings;
+class QWidget;
 
 #include <functional>
 #include <memory>
@@ -25,10 +30,18 @@ public:
     // from sinceCommit. Returns at once; result runs later, exactly once, on the main thread.
     // May be called from any thread; needs a running QCoreApplication.
     void hasUpdates(std::optional<QString> sinceCommit, std::function<void(ThemeRepositoryStatus)> result) const;
+    // The same, answered only while `context` lives (as a Qt connection to a lambda is) and until the
+    // returned handle is cancelled: a callback that captures a host object never runs after it is gone.
+    // Main thread only.
+    RepositoryCheckHandle hasUpdates(std::optional<QString> sinceCommit, const QObject* context,
+                                     std::function<void(ThemeRepositoryStatus)> result) const;
 
     // Builds a new, independent updater with its own window; the caller holds the only reference.
+    // With a parent, the window is transient for the parent's window and opens centred over it.
+    // The window's frame is kept in `frameSettings` (which must outlive the updater) under the group
+    // "Corvane", or, without one, in the application's default QSettings.
     // Main thread only; needs a QApplication.
-    std::unique_ptr<UpdatesThemes> corvane() const;
+    std::unique_ptr<UpdatesThemes> corvane(QWidget* parent = nullptr, QSettings* frameSettings = nullptr) const;
 
 private:
     Configuration m_configuration;

@@ -14,6 +14,7 @@
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeListViewController.h"
 
+#include <QPointer>
 #include <QWidget>
 
 namespace corvane {
@@ -26,17 +27,19 @@ namespace {
 
 } // namespace
 
-std::shared_ptr<CorvaneWindowController> CorvaneWireframe::loadWindowController()
+std::shared_ptr<CorvaneWindowController> CorvaneWireframe::loadWindowController(QWidget* parent,
+                                                                               QSettings* frameSettings)
 {
-    auto windowController = CorvaneWindowController::fromForm();
+    auto windowController = CorvaneWindowController::fromForm(parent, frameSettings);
     if (!windowController || !windowController->window() || !windowController->listViewController())
         brokenWindowForm();
     return windowController;
 }
 
-std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& configuration)
+std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& configuration, QWidget* parent,
+                                                           QSettings* frameSettings)
 {
-    auto windowController = loadWindowController();
+    auto windowController = loadWindowController(parent, frameSettings);
 
     // The two sides never share a reader or a decoder: each is used by one comparison thread at a time.
     const std::shared_ptr<FileManager> fileManager = FileManager::shared();
@@ -70,6 +73,12 @@ CorvaneWireframe::CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presente
     , m_eventHandler(std::move(eventHandler))
     , m_windowController(std::move(windowController))
 {
+    // The host hears of installs and of the window closing through the updater's signals.
+    m_eventHandler->themesInstalled = [updater = QPointer<CorvaneWireframe>(this)](const QStringList& files) {
+        if (updater)
+            emit updater->themesInstalled(files);
+    };
+    connect(m_windowController.get(), &CorvaneWindowController::windowClosed, this, &UpdatesThemes::closed);
 }
 
 CorvaneWireframe::~CorvaneWireframe() = default;

@@ -6,6 +6,9 @@
 
 #include <memory>
 
+class QSettings;
+class QWidget;
+
 namespace corvane {
 
 class CorvaneWindowController;
@@ -18,11 +21,15 @@ class ThemeEntryPresenter;
 class CorvaneWireframe : public UpdatesThemes {
 public:
     // Touches no file and no network: the first comparison starts with the first show().
-    static std::unique_ptr<CorvaneWireframe> create(const Configuration& configuration);
+    // With a parent, the window is transient for the parent's window; the frame is kept in
+    // frameSettings when given (it must outlive the updater), else in the default QSettings.
+    static std::unique_ptr<CorvaneWireframe> create(const Configuration& configuration, QWidget* parent = nullptr,
+                                                    QSettings* frameSettings = nullptr);
 
     // The window controller from the module's "Corvane" form. A form without the theme list as the
     // window's content is a broken build of the module: the process stops.
-    static std::shared_ptr<CorvaneWindowController> loadWindowController();
+    static std::shared_ptr<CorvaneWindowController> loadWindowController(QWidget* parent = nullptr,
+                                                                         QSettings* frameSettings = nullptr);
 
     CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presenter, std::shared_ptr<ThemeEntryEventHandler> eventHandler,
                      std::shared_ptr<CorvaneWindowController> windowController);

@@ -3,6 +3,8 @@
 
 namespace corvane {
 
+UpdatesThemes::UpdatesThemes(QObject* parent) : QObject(parent) {}
+
 UpdatesThemes::~UpdatesThemes() = default;
 
 } // namespace corvane

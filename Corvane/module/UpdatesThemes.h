@@ -3,12 +3,17 @@
 
 #include "Corvane/corvane_export.h"
 
+#include <QObject>
+#include <QStringList>
+
 namespace corvane {
 
 // The updater window as the host sees it. Main thread only.
-class CORVANE_EXPORT UpdatesThemes {
+class CORVANE_EXPORT UpdatesThemes : public QObject {
+    Q_OBJECT
+
 public:
-    virtual ~UpdatesThemes();
+    ~UpdatesThemes() override;
 
     // Shows the window and starts loading its list; every call refreshes the list.
     virtual void show() = 0;
@@ -16,6 +21,16 @@ public:
     virtual void close() = 0;
     // Whether the window exists and is on screen.
     virtual bool isVisible() const = 0;
+
+signals:
+    // After each install (a row's button, or Update All) that installed or updated anything: the paths
+    // of the files written, in order. A batch that stopped at a failure reports what it wrote before it.
+    void themesInstalled(const QStringList& files);
+    // The window was closed, by the user or by close().
+    void closed();
+
+protected:
+    explicit UpdatesThemes(QObject* parent = nullptr);
 };
 
 } // namespace corvane

@@ -48,8 +48,10 @@ void ThemeEntryEventHandler::continueBatch()
         if (auto copied = m_fileCopier->copy(command); !copied) {
             const CopyCommand failed = command;
             const bool showedProgress = batch.showedProgress;
+            QStringList written = std::move(batch.written);
             m_batch.reset();
             durability.reset();
+            reportWritten(std::move(written));
             if (showedProgress)
                 m_presenter->showInstallEnded();
             // The clone moved on since the list was made: nothing is wrong with the user's themes, the
@@ -61,6 +63,7 @@ void ThemeEntryEventHandler::continueBatch()
             copyingFailed(failed, copied.error());
             return;
         }
+        batch.written.append(command.destinationPath);
         ++batch.next;
         if (canSlice && batch.next < batch.commands.size() && slice.elapsed() >= sliceDuration.count()) {
             // Let the window paint and show how far the batch got; the rest follows from the event loop.
@@ -74,9 +77,17 @@ void ThemeEntryEventHandler::continueBatch()
             return;
         }
     }
+    QStringList written = std::move(batch.written);
     m_batch.reset();
     durability.reset();
+    reportWritten(std::move(written));
     m_presenter->refresh();
+}
+
+void ThemeEntryEventHandler::reportWritten(QStringList files) const
+{
+    if (themesInstalled && !files.isEmpty())
+        themesInstalled(files);
 }
 
 void ThemeEntryEventHandler::copyingFailed(const CopyCommand& command, const AnyError& error)

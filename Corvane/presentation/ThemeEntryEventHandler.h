@@ -9,10 +9,12 @@
 #include "Corvane/themes/FileCopier.h"
 
 #include <QList>
+#include <QStringList>
 #include <QPointer>
 #include <QWidget>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -47,6 +49,9 @@ public:
 
     bool isInstalling() const { return m_batch.has_value(); }
 
+    // After each batch that wrote anything, also one stopped by a failure: the files written, in order.
+    std::function<void(const QStringList& files)> themesInstalled;
+
 private:
     const Configuration m_configuration;
     const std::shared_ptr<ThemeEntryPresenter> m_presenter;
@@ -59,10 +64,12 @@ private:
         QList<CopyCommand> commands;
         qsizetype next = 0;
         bool showedProgress = false;
+        QStringList written;
     };
     std::optional<Batch> m_batch;
 
     void continueBatch();
+    void reportWritten(QStringList files) const;
     void copyingFailed(const CopyCommand& command, const AnyError& error);
 };
 

@@ -22,8 +22,8 @@ const QString frameKey = QStringLiteral("windowGeometry");
 
 } // namespace
 
-CorvaneWindowController::CorvaneWindowController(QWidget* window)
-    : m_window(window)
+CorvaneWindowController::CorvaneWindowController(QWidget* window, QSettings* frameSettings)
+    : m_window(window), m_frameSettings(frameSettings)
 {
     windowDidLoad();
 }
@@ -41,12 +41,12 @@ CorvaneWindowController::~CorvaneWindowController()
         delete m_window.data();
 }
 
-std::shared_ptr<CorvaneWindowController> CorvaneWindowController::fromForm()
+std::shared_ptr<CorvaneWindowController> CorvaneWindowController::fromForm(QWidget* parent, QSettings* frameSettings)
 {
-    auto window = new QWidget;
+    auto window = new QWidget(parent, Qt::Window);
     Ui::CorvaneWindow form;
     form.setupUi(window);
-    return std::make_shared<CorvaneWindowController>(window);
+    return std::make_shared<CorvaneWindowController>(window, frameSettings);
 }
 
 void CorvaneWindowController::windowDidLoad()
@@ -55,9 +55,11 @@ void CorvaneWindowController::windowDidLoad()
         //% "Theme Updates"
         m_window->setWindowTitle(localizedString(QT_TRID_NOOP("corvane.window.title"), "Theme Updates"));
         m_window->setAttribute(Qt::WA_DeleteOnClose, false);
-        QSettings settings;
+        QSettings defaults;
+        QSettings& settings = m_frameSettings ? *m_frameSettings : defaults;
         settings.beginGroup(settingsGroup);
         m_frame = settings.value(frameKey).toByteArray();
+        settings.endGroup();
         m_window->installEventFilter(this);
         m_listViewController = m_window->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
     }
@@ -84,8 +86,9 @@ void CorvaneWindowController::placeBeforeShowing()
     // every show, not only the first.
     if (!m_frame.isEmpty() && m_window->restoreGeometry(m_frame))
         return;
-    // The first time: over the window the user was working in, as a host's own dialogs open.
-    QWidget* host = QApplication::activeWindow();
+    // The first time: over the host's window it was given, else over the window the user was working
+    // in, as a host's own dialogs open.
+    QWidget* host = m_window->parentWidget() ? m_window->parentWidget()->window() : QApplication::activeWindow();
     if (!host || host == m_window)
         return;
     const QRect hostFrame = host->frameGeometry();
@@ -144,15 +147,19 @@ bool CorvaneWindowController::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_window && event->type() == QEvent::Hide)
         saveFrame();
+    if (watched == m_window && event->type() == QEvent::Close && m_window->isVisible())
+        emit windowClosed();
     return QObject::eventFilter(watched, event);
 }
 
 void CorvaneWindowController::saveFrame()
 {
     m_frame = m_window->saveGeometry();
-    QSettings settings;
+    QSettings defaults;
+    QSettings& settings = m_frameSettings ? *m_frameSettings : defaults;
     settings.beginGroup(settingsGroup);
     settings.setValue(frameKey, m_frame);
+    settings.endGroup();
 }
 
 } // namespace corvane

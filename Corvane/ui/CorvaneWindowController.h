@@ -9,6 +9,8 @@
 
 #include <memory>
 
+class QSettings;
+
 namespace corvane {
 
 class ThemeListViewController;
@@ -20,12 +22,14 @@ class CorvaneWindowController : public QObject, public ShowsThemeUpdates {
     Q_OBJECT
 
 public:
-    // Takes ownership of the window (none is allowed: a controller without a window).
-    explicit CorvaneWindowController(QWidget* window = nullptr);
+    // Takes ownership of the window (none is allowed: a controller without a window). The frame is kept
+    // in frameSettings when given (it must outlive the controller), else in the default QSettings.
+    explicit CorvaneWindowController(QWidget* window = nullptr, QSettings* frameSettings = nullptr);
     ~CorvaneWindowController() override;
 
     // A window controller whose window is made from the "Corvane" form.
-    static std::shared_ptr<CorvaneWindowController> fromForm();
+    // With a parent, the window is a window of its own that stays transient for the parent's window.
+    static std::shared_ptr<CorvaneWindowController> fromForm(QWidget* parent = nullptr, QSettings* frameSettings = nullptr);
 
     QWidget* window() const { return m_window; }
     ThemeListViewController* listViewController() const { return m_listViewController; }
@@ -43,6 +47,8 @@ signals:
     // After the list, the buttons and the overlays took a state, before any alert is shown; a failure
     // comes with the description the alert shows.
     void themeEntriesShown(bool loading, bool failed, const QString& failureDescription);
+    // The window was closed, by the user or by close().
+    void windowClosed();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -53,6 +59,7 @@ private:
     void placeBeforeShowing();
 
     QPointer<QWidget> m_window;
+    QPointer<QSettings> m_frameSettings;
     // The frame the window had when it was last hidden; it comes back there when shown again.
     QByteArray m_frame;
     QPointer<ThemeListViewController> m_listViewController;

@@ -103,17 +103,14 @@ DemoWindow::DemoWindow(corvane::Configuration configuration, QSettings& settings
     layout->addWidget(m_themeList, 1);
     layout->addLayout(footer);
 
-    // The updater tells nothing when its window closes; the host notices and shows what was installed.
-    m_updaterWatch.setInterval(400);
-    connect(&m_updaterWatch, &QTimer::timeout, this, &DemoWindow::watchUpdaterWindow);
-
     reloadInstalledThemes();
 }
 
 void DemoWindow::checkForThemeUpdates()
 {
     const QString remembered = m_settings.value(lastCommitKey).toString();
-    m_module.hasUpdates(remembered.isEmpty() ? std::nullopt : std::optional<QString>(remembered),
+    // Answered only while this window lives.
+    m_module.hasUpdates(remembered.isEmpty() ? std::nullopt : std::optional<QString>(remembered), this,
                         [this](const corvane::ThemeRepositoryStatus& status) { repositoryStatusArrived(status); });
 }
 
@@ -140,22 +137,17 @@ void DemoWindow::repositoryStatusArrived(const corvane::ThemeRepositoryStatus& s
 
 void DemoWindow::showThemeUpdates()
 {
-    if (!m_updater)
-        m_updater = m_module.corvane();
+    if (!m_updater) {
+        // Over this window, its frame kept with the host's own settings; the list of installed themes
+        // follows every install.
+        m_updater = m_module.corvane(this, &m_settings);
+        connect(m_updater.get(), &corvane::UpdatesThemes::themesInstalled, this, &DemoWindow::reloadInstalledThemes);
+    }
     m_updater->show();
     m_notice->hide();
     // Once the user has looked, this commit is no news any more.
     if (!m_newestCommit.isEmpty())
         m_settings.setValue(lastCommitKey, m_newestCommit);
-    m_updaterWatch.start();
-}
-
-void DemoWindow::watchUpdaterWindow()
-{
-    if (m_updater && m_updater->isVisible())
-        return;
-    m_updaterWatch.stop();
-    reloadInstalledThemes();
 }
 
 void DemoWindow::reloadInstalledThemes()

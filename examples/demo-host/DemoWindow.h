@@ -4,7 +4,6 @@
 #include "Corvane/module/CorvaneModule.h"
 
 #include <QSettings>
-#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -32,13 +31,11 @@ signals:
 
 private:
     void repositoryStatusArrived(const corvane::ThemeRepositoryStatus& status);
-    void watchUpdaterWindow();
 
     corvane::CorvaneModule m_module;
     QSettings& m_settings;
     std::unique_ptr<corvane::UpdatesThemes> m_updater;
     QString m_newestCommit;
-    QTimer m_updaterWatch;
 
     QFrame* m_notice = nullptr;
     QLabel* m_noticeText = nullptr;

@@ -102,6 +102,42 @@ private slots:
         QCOMPARE(runGit(clone, {"rev-parse", "HEAD"}), m_head); // synchronised, whatever it reports
     }
 
+    void aCheckWithAContextIsAnsweredOnlyWhileWanted_data()
+    {
+        QTest::addColumn<QString>("end"); // what happens to the asker right after the call
+        QTest::addColumn<bool>("answered");
+        QTest::newRow("the context lives") << "nothing" << true;
+        QTest::newRow("the context is destroyed") << "destroy" << false;
+        QTest::newRow("the check is cancelled") << "cancel" << false;
+    }
+
+    void aCheckWithAContextIsAnsweredOnlyWhileWanted()
+    {
+        QFETCH(QString, end);
+        QFETCH(bool, answered);
+        const QString clone = m_root.filePath("context " + end);
+        const CorvaneModule module(Configuration(m_remote->fileUrl(), QUrl::fromLocalFile(clone), QUrl()));
+        auto context = std::make_unique<QObject>();
+        bool called = false;
+        RepositoryCheckHandle check = module.hasUpdates(std::nullopt, context.get(), [&](const ThemeRepositoryStatus&) {
+            called = true;
+        });
+        if (end == "destroy")
+            context.reset();
+        else if (end == "cancel")
+            check.cancel();
+        QCOMPARE(check.isCancelled(), !answered);
+        // The synchronisation runs to its end either way; only its answer is dropped. A second check of
+        // the same clone waits for the first, and answers after it.
+        bool later = false;
+        module.hasUpdates(std::nullopt, [&](const ThemeRepositoryStatus&) { later = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(later && (called || !answered), 60000);
+        QTest::qWait(50);
+        QCOMPARE(runGit(clone, {"rev-parse", "HEAD"}), m_head);
+        QCOMPARE(called, answered);
+        QCOMPARE(check.isAnswered(), answered);
+    }
+
     // An https server that accepts and then says nothing leaves git waiting without a limit of its
     // own: the check's time limit answers, once, without the URL's password.
     void answersWhenTheRepositoryStaysSilent()

@@ -18,6 +18,7 @@
 #include <QImage>
 #include <QProcess>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -178,6 +179,38 @@ private slots:
         for (const ThemeEntry& entry : updater.list->tableViewModel().entries())
             rows << entry.name + u' ' + entry.remoteVersion;
         QTEST(rows, "rows");
+    }
+
+    void theHostHearsOfInstallsAndOfTheWindowClosing()
+    {
+        TrashSandbox trash;
+        Updater updater;
+        QWidget host;
+        host.setGeometry(100, 100, 800, 600);
+        QSettings hostSettings(updater.directory.filePath(u"host.ini"_s), QSettings::IniFormat);
+        auto updaterOfHost = CorvaneModule(Configuration(updater.remoteUrl, QUrl::fromLocalFile(updater.clone),
+                                                         QUrl::fromLocalFile(updater.installed)))
+                                 .corvane(&host, &hostSettings);
+        QSignalSpy installed(updaterOfHost.get(), &UpdatesThemes::themesInstalled);
+        QSignalSpy closed(updaterOfHost.get(), &UpdatesThemes::closed);
+        auto wireframe = static_cast<CorvaneWireframe*>(updaterOfHost.get());
+        ThemeListViewController* list = wireframe->windowController()->listViewController();
+        QCOMPARE(wireframe->windowController()->window()->parentWidget(), &host); // transient for the host's window
+
+        updaterOfHost->show();
+        QTRY_VERIFY_WITH_TIMEOUT(list->refreshButton()->isEnabled(), comparisonTimeout);
+        list->updateAll();
+        QTRY_COMPARE(installed.size(), 1);
+        QCOMPARE(installed.at(0).at(0).toStringList(),
+                 QStringList({updater.installed + u"/paper-mint.theme.json"_s,
+                              updater.installed + u"/harbor-night.theme.json"_s}));
+        QCOMPARE(closed.size(), 0);
+        updaterOfHost->close();
+        QCOMPARE(closed.size(), 1);
+        updaterOfHost->close(); // already closed: no second signal
+        QCOMPARE(closed.size(), 1);
+        hostSettings.sync();
+        QVERIFY(!hostSettings.value(u"Corvane/windowGeometry"_s).toByteArray().isEmpty()); // the host's settings
     }
 
     void aFailedComparisonOffersRetryThenIgnore()
