@@ -353,5 +353,21 @@
         <source>The theme file &apos;%@&apos; changed in the repository after the list was made; nothing was installed.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.list.find">
+        <source>Find by name or author</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.update-shown">
+        <source>Update %@ Shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.show-in-folder">
+        <source>Show in Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.copy-name">
+        <source>Copy Name</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

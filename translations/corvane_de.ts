@@ -353,5 +353,21 @@
         <source>The theme file &apos;%@&apos; changed in the repository after the list was made; nothing was installed.</source>
         <translation>Die Theme-Datei „%@“ hat sich im Repository geändert, nachdem die Liste erstellt wurde; es wurde nichts installiert.</translation>
     </message>
+    <message id="corvane.list.find">
+        <source>Find by name or author</source>
+        <translation>Nach Name oder Autor suchen</translation>
+    </message>
+    <message id="corvane.list.update-shown">
+        <source>Update %@ Shown</source>
+        <translation>%@ angezeigte aktualisieren</translation>
+    </message>
+    <message id="corvane.row.show-in-folder">
+        <source>Show in Folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message id="corvane.row.copy-name">
+        <source>Copy Name</source>
+        <translation>Namen kopieren</translation>
+    </message>
 </context>
 </TS>

@@ -9,6 +9,18 @@
 #include "ui_ThemeList.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+#include <QUrl>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -22,8 +34,7 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_allUpToDateViewController(new AllUpdatedViewController)
 {
     m_ui->setupUi(this);
-    //% "Update All"
-    m_ui->updateAllButton->setText(localizedString(QT_TRID_NOOP("corvane.list.update-all"), "Update All"));
+    showUpdateAllTitle();
     //% "Refresh"
     m_ui->refreshButton->setText(localizedString(QT_TRID_NOOP("corvane.list.refresh"), "Refresh"));
     //% "Open Theme Folder"
@@ -44,8 +55,28 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     // Nothing to update and nothing loaded yet: the buttons wait for the first state.
     m_ui->updateAllButton->setEnabled(false);
 
+    //% "Find by name or author"
+    m_ui->findField->setPlaceholderText(localizedString(QT_TRID_NOOP("corvane.list.find"), "Find by name or author"));
+    m_ui->findField->setAccessibleName(m_ui->findField->placeholderText());
+    connect(m_ui->findField, &QLineEdit::textChanged, this, [this](const QString& text) {
+        m_tableViewModel->setFindText(text);
+    });
+    m_ui->findField->installEventFilter(this);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+        m_ui->findField->setFocus(Qt::ShortcutFocusReason);
+        m_ui->findField->selectAll();
+    });
+    connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, this, [this] {
+        if (m_ui->refreshButton->isEnabled())
+            refresh();
+    });
+
     ThemeTableView* table = m_ui->themeTableView;
-    table->registerView(ThemeCellView::reuseIdentifier, [] { return new ThemeCellView; });
+    table->registerView(ThemeCellView::reuseIdentifier, [this] {
+        auto cell = new ThemeCellView;
+        cell->installEventFilter(this); // for its context menu
+        return cell;
+    });
     if (QWidget* prototype = table->makeView(ThemeCellView::reuseIdentifier))
         table->setRowHeight(prototype->sizeHint().height() + 1);
 
@@ -120,6 +151,52 @@ bool ThemeListViewController::acceptsRowActions() const
     return !m_rowsMoved.isValid() || m_rowsMoved.elapsed() >= QApplication::doubleClickInterval();
 }
 
+void ThemeListViewController::showUpdateAllTitle()
+{
+    if (!m_tableViewModel->isFiltered()) {
+        //% "Update All"
+        m_ui->updateAllButton->setText(localizedString(QT_TRID_NOOP("corvane.list.update-all"), "Update All"));
+        return;
+    }
+    // Update All acts on the rows shown, and says so.
+    //% "Update %@ Shown"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.list.update-shown"), "Update %@ Shown");
+    m_ui->updateAllButton->setText(fillPlaceholders(format, {QLocale().toString(m_tableViewModel->rowCount())}));
+}
+
+bool ThemeListViewController::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui->findField && event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && !m_ui->findField->text().isEmpty()) {
+        m_ui->findField->clear();
+        return true;
+    }
+    if (event->type() == QEvent::ContextMenu) {
+        if (auto cell = qobject_cast<ThemeCellView*>(watched); cell && cell->copyCommand()) {
+            showRowMenu(*cell, static_cast<QContextMenuEvent*>(event)->globalPos());
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void ThemeListViewController::showRowMenu(const ThemeCellView& cell, const QPoint& at)
+{
+    const CopyCommand command = *cell.copyCommand();
+    const QString name = cell.themeNameLabel()->text();
+    QMenu menu(this);
+    //% "Show in Folder"
+    menu.addAction(localizedString(QT_TRID_NOOP("corvane.row.show-in-folder"), "Show in Folder"), this, [command] {
+        // The installed file's folder when there is one, else the repository's copy of the theme.
+        const QString file = QFileInfo::exists(command.destinationPath) ? command.destinationPath : command.sourcePath;
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+    });
+    //% "Copy Name"
+    menu.addAction(localizedString(QT_TRID_NOOP("corvane.row.copy-name"), "Copy Name"), this,
+                   [name] { QGuiApplication::clipboard()->setText(name); });
+    menu.exec(at);
+}
+
 void ThemeListViewController::parkFocusWhileBusy()
 {
     ThemeTableView* table = m_ui->themeTableView;
@@ -147,6 +224,9 @@ void ThemeListViewController::parkFocusWhileBusy()
 void ThemeListViewController::rowsReplaced()
 {
     m_rowsMoved.start();
+    showUpdateAllTitle();
+    if (!m_loading && !m_installing)
+        m_ui->updateAllButton->setEnabled(m_tableViewModel->rowCount() > 0);
     // The emptied list of a reload: the place is restored when the new rows arrive.
     if (!m_loading)
         restorePlace();
@@ -257,6 +337,7 @@ ThemeTableView* ThemeListViewController::themeTableView() const { return m_ui->t
 QPushButton* ThemeListViewController::updateAllButton() const { return m_ui->updateAllButton; }
 QPushButton* ThemeListViewController::refreshButton() const { return m_ui->refreshButton; }
 QPushButton* ThemeListViewController::openThemeDirectoryButton() const { return m_ui->openThemeDirectoryButton; }
+QLineEdit* ThemeListViewController::findField() const { return m_ui->findField; }
 
 bool ThemeListViewController::isAnimating() const
 {
@@ -265,9 +346,10 @@ bool ThemeListViewController::isAnimating() const
 
 bool ThemeListViewController::focusNextPrevChild(bool next)
 {
-    // Tab walks the rows in their order (most rows have no widget until they scroll in), then the
-    // buttons, and around again.
+    // Tab goes round a ring: the find field, the rows in their order (most rows have no widget until
+    // they scroll in), the buttons, and the find field again.
     ThemeTableView* table = m_ui->themeTableView;
+    QLineEdit* find = m_ui->findField;
     const QList<QPushButton*> buttons = [this] {
         QList<QPushButton*> usable;
         for (QPushButton* button : {m_ui->openThemeDirectoryButton, m_ui->refreshButton, m_ui->updateAllButton}) {
@@ -277,36 +359,45 @@ bool ThemeListViewController::focusNextPrevChild(bool next)
         return usable;
     }();
     const int rows = table->numberOfRows();
-    const auto focusButton = [](QPushButton* button, bool forward) {
-        button->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    const Qt::FocusReason reason = next ? Qt::TabFocusReason : Qt::BacktabFocusReason;
+    const auto focusOn = [reason](QWidget* widget) {
+        widget->setFocus(reason);
         return true;
     };
-    const auto enterRows = [&](bool forward) {
+    const auto enterRows = [&] {
         if (rows == 0)
             return false;
-        const int row = forward ? table->firstVisibleRow() : std::max(table->firstVisibleRow(), table->lastVisibleRow());
-        return table->focusRow(std::clamp(row, 0, rows - 1), forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        const int row = next ? table->firstVisibleRow() : std::max(table->firstVisibleRow(), table->lastVisibleRow());
+        return table->focusRow(std::clamp(row, 0, rows - 1), reason);
+    };
+    // Past the rows: the buttons going forward, the find field going back.
+    const auto leaveRows = [&] {
+        if (next)
+            return focusOn(buttons.isEmpty() ? static_cast<QWidget*>(find) : buttons.first());
+        return focusOn(find);
     };
 
     QWidget* focus = QApplication::focusWidget();
     const int buttonIndex = int(buttons.indexOf(qobject_cast<QPushButton*>(focus)));
+    if (focus == find) {
+        if (next)
+            return enterRows() || focusOn(buttons.isEmpty() ? static_cast<QWidget*>(find) : buttons.first());
+        return focusOn(buttons.isEmpty() ? static_cast<QWidget*>(find) : buttons.last());
+    }
     if (focus && (focus == table || table->isAncestorOf(focus))) {
         const int row = table->focusedRow();
         const int target = next ? row + 1 : row - 1;
-        if (row >= 0 && target >= 0 && target < rows
-            && table->focusRow(target, next ? Qt::TabFocusReason : Qt::BacktabFocusReason))
+        if (row >= 0 && target >= 0 && target < rows && table->focusRow(target, reason))
             return true;
-        if (buttons.isEmpty())
-            return true;
-        return focusButton(next ? buttons.first() : buttons.last(), next);
+        return leaveRows();
     }
     if (buttonIndex >= 0) {
         const int target = next ? buttonIndex + 1 : buttonIndex - 1;
         if (target >= 0 && target < buttons.size())
-            return focusButton(buttons.at(target), next);
-        if (enterRows(next))
-            return true;
-        return focusButton(next ? buttons.first() : buttons.last(), next);
+            return focusOn(buttons.at(target));
+        if (next)
+            return focusOn(find);
+        return enterRows() || focusOn(find);
     }
     return QWidget::focusNextPrevChild(next);
 }

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+class QLineEdit;
 class QPushButton;
 
 namespace Ui {
@@ -75,14 +76,19 @@ public slots:
     void refresh();
     void openThemeDirectory();
 
+    QLineEdit* findField() const;
+
 protected:
     bool focusNextPrevChild(bool next) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     // Where keyboard focus goes back to once the list settles after a reload.
     enum class FocusPlace { None, Row, Refresh, UpdateAll };
 
     void rowsReplaced();
+    void showUpdateAllTitle();
+    void showRowMenu(const ThemeCellView& cell, const QPoint& at);
     void parkFocusWhileBusy();
     void restorePlace();
     void setBusy(bool loading, bool installing);
