@@ -295,6 +295,34 @@ private slots:
         QCOMPARE(expected.endsWith(u'(') ? actual.left(expected.size()) : actual, expected); // "(": only the start
     }
 
+    // A missing directory is named by its URL, written so that it pastes back as the same location.
+    void namesAMissingDirectoryByAWholeURL_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("written"); // how the name appears in the URL
+        QTest::newRow("plain") << "Themes" << "Themes";
+        QTest::newRow("space, per-cent and hash") << "with space%20#" << "with%20space%2520%23";
+        QTest::newRow("question mark and brackets") << "a?b[1]" << "a%3Fb[1]";
+        QTest::newRow("non-Latin") << "夜 ü" << "%E5%A4%9C%20%C3%BC";
+    }
+
+    void namesAMissingDirectoryByAWholeURL()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, written);
+        QTemporaryDir parent;
+        const QString directory = parent.filePath(name + "/Themes");
+        const auto themes = ThemeReader(std::make_shared<ThemeDecoder>(), FileManager::shared())
+                                .readThemes(QUrl::fromLocalFile(directory));
+        QVERIFY(!themes);
+        const QString text = themes.error().errorDescription();
+        const QString prefix = "Theme decoding failed: File at ", suffix = " appears not to be a directory.";
+        QVERIFY2(text.startsWith(prefix) && text.endsWith(suffix), qPrintable(text));
+        const QString url = text.mid(prefix.size()).chopped(suffix.size());
+        QCOMPARE(url, QUrl::fromLocalFile(parent.path()).toString(QUrl::FullyEncoded) + '/' + written + "/Themes");
+        QCOMPARE(QUrl(url, QUrl::StrictMode).toLocalFile(), directory);
+    }
+
     void decoderReusesItsBuffersSafely_data()
     {
         QTest::addColumn<bool>("listedAsRegularFile");
