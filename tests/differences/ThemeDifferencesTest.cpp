@@ -100,7 +100,7 @@ std::shared_ptr<QStringList> ask(std::shared_ptr<Sides> sides, std::chrono::mill
     AsyncThemeDifferenceFinder(std::make_shared<FindThemeDifferences>(QUrl::fromLocalFile(installedDir), sides, sides),
                                remoteURL, limit)
         .findDifferences([answers](ThemeDifferencesResult result) {
-            *answers << (QThread::currentThread() == qApp->thread() ? "" : "off the main thread: ")
+            *answers << (QThread::currentThread() == QCoreApplication::instance()->thread() ? "" : "off the main thread: ")
                             + (result ? describe(*result).join('\n') : result.error().errorDescription());
         });
     return answers;
