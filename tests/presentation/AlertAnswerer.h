@@ -16,7 +16,8 @@ namespace corvane::test {
 // script, so a test never hangs), recording its texts: title, message, detail ("" for none), the buttons.
 class AlertAnswerer : public QObject {
 public:
-    enum class Answer { first, second, returnKey, escape, close };
+    // escapeThenFirst: Escape, then the first button if the alert is still up.
+    enum class Answer { first, second, returnKey, escape, close, escapeThenFirst };
 
     explicit AlertAnswerer(QList<Answer> answers = {}) : m_answers(std::move(answers)) { startTimer(10); }
     const QList<QStringList>& seen() const { return m_seen; }
@@ -40,6 +41,11 @@ private:
             alert->button(answer == Answer::first ? 0 : 1)->click();
         else if (answer == Answer::close)
             alert->close();
+        else if (answer == Answer::escapeThenFirst) {
+            QTest::keyClick(alert, Qt::Key_Escape);
+            if (alert->isVisible())
+                alert->button(0)->click();
+        }
         else
             QTest::keyClick(alert, answer == Answer::escape ? Qt::Key_Escape : Qt::Key_Return);
     }
