@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Hosts translate Corvane's texts by their published ids. A translator that knows exactly those ids, and
-// turns each into a marker naming it, shows whether every alert, label and error text is looked up under
+// Hosts translate Corvane's texts by their ids. A translator that turns every id of the translation
+// template into a marker naming it shows whether each alert, label and error text is looked up under
 // the right id and nests its parts as it should: a misspelt id falls back to English and fails here.
 #include "Corvane/differences/StyleLabel.h"
 #include "Corvane/differences/ThemeDifferencesError.h"
@@ -8,12 +8,15 @@
 #include "Corvane/presentation/Alerts.h"
 #include "Corvane/sources/GitError.h"
 #include "Corvane/themes/JSONDecodingError.h"
+#include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/ui/ThemeCellView.h"
 
 #include "presentation/AlertAnswerer.h"
 
+#include <QFile>
 #include <QPushButton>
 #include <QTranslator>
+#include <QXmlStreamReader>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -21,44 +24,55 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The published ids, each with the number of "%@" its text fills.
-const QHash<QString, int> publishedIds = {
-    {u"corvane.fetch-failed.title"_s, 0},
-    {u"corvane.fetch-failed.message"_s, 0},
-    {u"corvane.fetch-failed.close-updater"_s, 0},
-    {u"corvane.fetch-failed.retry"_s, 0},
-    {u"corvane.copying-failed.title"_s, 0},
-    {u"corvane.copying-failed.message"_s, 1},
-    {u"corvane.copying-failed.continue"_s, 0},
-    {u"corvane.copying-failed.resolve"_s, 0},
-    {u"corvane.deleting-local-repo-failed.title"_s, 0},
-    {u"corvane.deleting-local-repo-failed.message"_s, 0},
-    {u"corvane.deleting-local-repo-failed.continue"_s, 0},
-    {u"corvane.deleting-local-repo-failed.resolve"_s, 0},
-    {u"corvane.deleting-installed-themes-failed.title"_s, 0},
-    {u"corvane.deleting-installed-themes-failed.message"_s, 0},
-    {u"corvane.deleting-installed-themes-failed.continue"_s, 0},
-    {u"corvane.deleting-installed-themes-failed.resolve"_s, 0},
-    {u"corvane.style.light"_s, 0},
-    {u"corvane.style.dark"_s, 0},
-    {u"corvane.theme.install"_s, 0},
-    {u"corvane.theme.update"_s, 0},
-    {u"corvane.ThemeDecodingError.base"_s, 1},
-    {u"corvane.JSONDecodingError.base"_s, 1},
-    {u"corvane.JSONDecodingError.dataReadingFailed"_s, 2},
-    {u"corvane.JSONDecodingError.jsonDecodingFailed"_s, 2},
-    {u"corvane.RemoteThemeFetchingError.base"_s, 1},
-    {u"corvane.RemoteThemeFetchingError.repositoryError"_s, 1},
-    {u"corvane.LocalThemeFetchingError.base"_s, 1},
-    {u"corvane.LocalThemeFetchingError.fileError"_s, 1},
-    {u"corvane.ThemeDifferencesError.base"_s, 1},
+// The ids hosts know from the published tables: a call site that misspells one of these breaks every
+// host's translation of that text.
+const QStringList publishedIds = {
+    u"corvane.fetch-failed.title"_s, u"corvane.fetch-failed.message"_s, u"corvane.fetch-failed.close-updater"_s,
+    u"corvane.fetch-failed.retry"_s, u"corvane.copying-failed.title"_s, u"corvane.copying-failed.message"_s,
+    u"corvane.copying-failed.continue"_s, u"corvane.copying-failed.resolve"_s,
+    u"corvane.deleting-local-repo-failed.title"_s, u"corvane.deleting-local-repo-failed.message"_s,
+    u"corvane.deleting-local-repo-failed.continue"_s, u"corvane.deleting-local-repo-failed.resolve"_s,
+    u"corvane.deleting-installed-themes-failed.title"_s, u"corvane.deleting-installed-themes-failed.message"_s,
+    u"corvane.deleting-installed-themes-failed.continue"_s, u"corvane.deleting-installed-themes-failed.resolve"_s,
+    u"corvane.style.light"_s, u"corvane.style.dark"_s, u"corvane.theme.install"_s, u"corvane.theme.update"_s,
+    u"corvane.ThemeDecodingError.base"_s, u"corvane.JSONDecodingError.base"_s,
+    u"corvane.JSONDecodingError.dataReadingFailed"_s, u"corvane.JSONDecodingError.jsonDecodingFailed"_s,
+    u"corvane.RemoteThemeFetchingError.base"_s, u"corvane.RemoteThemeFetchingError.repositoryError"_s,
+    u"corvane.LocalThemeFetchingError.base"_s, u"corvane.LocalThemeFetchingError.fileError"_s,
+    u"corvane.ThemeDifferencesError.base"_s,
 };
+
+// Every id of the translation template, with the number of "%@" its English text fills.
+QHash<QString, int> templateIds()
+{
+    QHash<QString, int> ids;
+    QFile file(qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/translations/corvane.ts"_L1);
+    if (!file.open(QIODevice::ReadOnly))
+        return ids;
+    QXmlStreamReader xml(&file);
+    QString id;
+    while (!xml.atEnd()) {
+        if (!xml.readNextStartElement())
+            continue;
+        if (xml.name() == u"message")
+            id = xml.attributes().value("id"_L1).toString();
+        else if (xml.name() == u"source")
+            ids.insert(id, int(xml.readElementText().count(u"%@")));
+    }
+    return ids;
+}
+
+const QHash<QString, int>& ids()
+{
+    static const QHash<QString, int> all = templateIds();
+    return all;
+}
 
 // "[id]", or "[id %@ %@]" with the id's placeholders.
 QString marker(const QString& id)
 {
     QString text = u'[' + id;
-    for (int i = 0; i < publishedIds.value(id); ++i)
+    for (int i = 0; i < ids().value(id); ++i)
         text += u" %@"_s;
     return text + u']';
 }
@@ -77,7 +91,7 @@ public:
     QString translate(const char*, const char* sourceText, const char*, int) const override
     {
         const QString id = QString::fromUtf8(sourceText);
-        return publishedIds.contains(id) ? marker(id) : QString();
+        return ids().contains(id) ? marker(id) : QString();
     }
     bool isEmpty() const override { return false; }
 };
@@ -88,7 +102,13 @@ class LocalisationKeysTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(QCoreApplication::installTranslator(&m_translator)); }
+    void initTestCase()
+    {
+        QVERIFY(ids().size() > 30);
+        for (const QString& id : publishedIds)
+            QVERIFY2(ids().contains(id), qPrintable(id + " is missing from the translation template"_L1));
+        QVERIFY(QCoreApplication::installTranslator(&m_translator));
+    }
     void cleanupTestCase() { QCoreApplication::removeTranslator(&m_translator); }
 
     void alerts_data()
@@ -104,7 +124,7 @@ private slots:
         QTest::newRow("copying failed")
             << std::function<void()>([=] { showCopyingFailedAlert(u"100% %@.theme.json"_s, error); })
             << "copying-failed" << marked(u"corvane.copying-failed.message"_s, {u"100% %@.theme.json"_s})
-            << "The operation couldn't be completed. (Corvane.CopyingThemeFailed error 1.)" << "continue";
+            << marked(u"corvane.generic-error.description"_s, {u"Corvane.CopyingThemeFailed"_s, u"1"_s}) << "continue";
         QTest::newRow("deleting the clone failed") << std::function<void()>([] { showDeletingLocalRepoFailedAlert(); })
                                                    << "deleting-local-repo-failed"
                                                    << marked(u"corvane.deleting-local-repo-failed.message"_s) << ""
@@ -179,6 +199,22 @@ private slots:
             << AnyError(ThemeDifferencesError(ThemeDifferencesError::LocalFetchingFailed{
                    LocalThemeFetchingError(LocalThemeFetchingError::DecodingError{undecodable})}))
             << differences(local(decoding(json(marked(u"corvane.JSONDecodingError.jsonDecodingFailed"_s, {path, u"inner"_s})))));
+        // What the JSON decoder reports, in a file's own words.
+        const auto decoded = [](const char* json) {
+            const auto theme = ThemeJsonParser().decode(QByteArray(json));
+            return theme ? AnyError(TextError{u"decoded"_s}) : theme.error();
+        };
+        QTest::newRow("wrong type") << decoded(R"({"name": "E", "style": "dark", "author": [], "version": 1})")
+                                    << marked(u"corvane.JSONDecoderError.typeMismatch"_s,
+                                              {u"String"_s, u"version"_s, marked(u"corvane.JSONDecoderError.found.number"_s)});
+        QTest::newRow("missing key") << decoded(R"({"name": "E", "style": "dark", "version": "1"})")
+                                     << marked(u"corvane.JSONDecoderError.keyNotFound"_s, {u"author"_s});
+        QTest::newRow("not JSON") << decoded("")
+                                  << marked(u"corvane.JSONDecoderError.dataCorrupted"_s,
+                                            {marked(u"corvane.JSONDecoderError.corrupted.empty"_s)});
+        QTest::newRow("no version number") << decoded(R"({"name": "E", "style": "dark", "author": [], "version": "v"})")
+                                           << marked(u"corvane.generic-error.description"_s,
+                                                     {u"Version.ParsingError"_s, u"1"_s});
     }
 
     void errorTexts()
