@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Version/Version.h"
 
-#include <QTextBoundaryFinder>
-
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -22,34 +23,60 @@ struct Separators {
     const qsizetype* end() const { return positions + count; }
 };
 
+struct CodePointRange {
+    char32_t first;
+    char32_t last;
+};
+
+#include "GraphemeBreakTable.inc"
+
+template <std::size_t size>
+bool contains(const CodePointRange (&ranges)[size], char32_t codePoint)
+{
+    if (codePoint < ranges[0].first) // every ASCII character: no search
+        return false;
+    const auto after = std::upper_bound(std::begin(ranges), std::end(ranges), codePoint,
+                                        [](char32_t point, const CodePointRange& range) { return point < range.first; });
+    return after != std::begin(ranges) && codePoint <= std::prev(after)->last;
+}
+
+// The code point that starts at `i`; a lone surrogate stands for itself.
+char32_t codePointAt(const QString& text, qsizetype i)
+{
+    const QChar c = text[i];
+    if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+        return QChar::surrogateToUcs4(c, text[i + 1]);
+    return c.unicode();
+}
+
+// The code point that ends just before `i`.
+char32_t codePointBefore(const QString& text, qsizetype i)
+{
+    const QChar c = text[i - 1];
+    if (c.isLowSurrogate() && i >= 2 && text[i - 2].isHighSurrogate())
+        return QChar::surrogateToUcs4(text[i - 2], c);
+    return c.unicode();
+}
+
+// Whether the full stop at `i` is an extended grapheme cluster of its own. Of the cluster rules only
+// two can join a full stop to its neighbours: a Prepend before it, and an Extend, ZWJ or SpacingMark
+// after it. Qt's boundary finder tailors Indic, Thai, Tibetan, Myanmar and Khmer text and there
+// splits a full stop from the mark that follows it, so the properties are looked up here instead.
+bool standsAlone(const QString& text, qsizetype i)
+{
+    if (i > 0 && contains(prependsCluster, codePointBefore(text, i)))
+        return false;
+    return i + 1 == text.size() || !contains(continuesCluster, codePointAt(text, i + 1));
+}
+
 // The positions of the full stops that stand as characters of their own: a full stop that a
-// combining mark (or any other grapheme extender) attaches to is part of a larger character.
+// combining mark (or any other character continuing a cluster) attaches to is part of a larger one.
 Separators separatorPositions(const QString& text)
 {
     Separators positions;
-    bool ascii = true;
-    for (QChar c : text) {
-        if (c.unicode() >= 0x80) {
-            ascii = false;
-            break;
-        }
-    }
-    if (ascii) {
-        for (qsizetype i = 0; i < text.size() && positions.size() < maximumSplits; ++i) {
-            if (text[i] == u'.')
-                positions.push_back(i);
-        }
-        return positions;
-    }
-    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
-    qsizetype start = 0;
-    while (positions.size() < maximumSplits) {
-        const qsizetype end = graphemes.toNextBoundary();
-        if (end < 0)
-            break;
-        if (end - start == 1 && text[start] == u'.')
-            positions.push_back(start);
-        start = end;
+    for (qsizetype i = 0; i < text.size() && positions.size() < maximumSplits; ++i) {
+        if (text[i] == u'.' && standsAlone(text, i))
+            positions.push_back(i);
     }
     return positions;
 }

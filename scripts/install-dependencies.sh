@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
   libgit2-dev libsimdjson-dev libbenchmark-dev
   clang libclang-rt-14-dev
+  unicode-data ccache
   fonts-dejavu-core
   xvfb openbox xdotool x11-utils
   openssl libssl-dev

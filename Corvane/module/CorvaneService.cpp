@@ -33,9 +33,15 @@ void CorvaneService::checkInBackground(std::optional<QString> sinceCommit, std::
                                        std::function<void(ThemeRepositoryStatus)> result) const
 {
     auto pending = std::make_shared<AnswerOnce<ThemeRepositoryStatus>>(std::move(result));
-    dispatchBackground([service = *this, sinceCommit = std::move(sinceCommit), pending] {
-        ThemeRepositoryStatus status = service.repositoryStatus(sinceCommit);
-        dispatchMain([pending, status = std::move(status)]() mutable { pending->answer(std::move(status)); });
+    dispatchBackground([service = std::optional(*this), sinceCommit = std::move(sinceCommit), pending]() mutable {
+        ThemeRepositoryStatus status = service->repositoryStatus(sinceCommit);
+        // The check is over: its copies go now, on this thread, so that nothing of it is left to this
+        // thread once the answer is handed over (the host may be ending the process by then).
+        service.reset();
+        sinceCommit.reset();
+        dispatchMain([pending = std::move(pending), status = std::move(status)]() mutable {
+            pending->answer(std::move(status));
+        });
     });
     AnswerOnce<ThemeRepositoryStatus>::limit(
         pending, timeLimit,

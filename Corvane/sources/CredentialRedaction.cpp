@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/CredentialRedaction.h"
 
+#include "Corvane/module/UrlText.h"
+
 #include <QRegularExpression>
 
 namespace corvane {
@@ -26,7 +28,7 @@ QString removeCredentials(const QString& text, const QUrl& url)
 
 QString displayUrl(const QUrl& url)
 {
-    return url.toDisplayString(QUrl::RemoveUserInfo);
+    return urlText(url);
 }
 
 } // namespace corvane

@@ -10,7 +10,7 @@ namespace corvane {
 // user:password part of every URL in text, and the user information of url wherever it appears.
 QString removeCredentials(const QString& text, const QUrl& url = {});
 
-// A URL as messages show it: in full, scheme included, without user information.
+// A URL as messages show it (see urlText): in full, scheme included, without user information.
 QString displayUrl(const QUrl& url);
 
 } // namespace corvane

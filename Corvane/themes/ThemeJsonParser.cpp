@@ -139,6 +139,72 @@ Result<Theme::Style, AnyError> styleFrom(std::string_view written)
     return fail(TextError{QStringLiteral("Invalid style: ") + text});
 }
 
+// Whether `token` is a number as JSON writes it: an optional "-", an integer part without leading
+// zeros, an optional fraction and an optional exponent. Its size is not part of the grammar.
+bool isJsonNumber(std::string_view token)
+{
+    std::size_t i = 0;
+    const auto digits = [&] {
+        const std::size_t start = i;
+        while (i < token.size() && token[i] >= '0' && token[i] <= '9')
+            ++i;
+        return i - start;
+    };
+    if (i < token.size() && token[i] == '-')
+        ++i;
+    if (i < token.size() && token[i] == '0')
+        ++i;
+    else if (digits() == 0)
+        return false;
+    if (i < token.size() && token[i] == '.') {
+        ++i;
+        if (digits() == 0)
+            return false;
+    }
+    if (i < token.size() && (token[i] == 'e' || token[i] == 'E')) {
+        ++i;
+        if (i < token.size() && (token[i] == '+' || token[i] == '-'))
+            ++i;
+        if (digits() == 0)
+            return false;
+    }
+    return i == token.size();
+}
+
+// simdjson refuses a whole document for one number beyond 64 bits (18446744073709551616, 1e309),
+// though JSON sets no limit. No number is ever read here, only told apart from other types, so every
+// well-formed number outside the strings becomes a 0 (padded with spaces to the same length) and the
+// document can be parsed again. Badly formed numbers stay as they are and still fail the document.
+// Returns whether anything was changed.
+bool zeroNumbers(char* data, std::size_t length)
+{
+    constexpr std::string_view numberCharacters = "0123456789+-.eE";
+    bool changed = false;
+    bool inString = false;
+    for (std::size_t i = 0; i < length; ++i) {
+        const char c = data[i];
+        if (inString) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '-' || (c >= '0' && c <= '9')) {
+            std::size_t end = i;
+            while (end < length && numberCharacters.find(data[end]) != std::string_view::npos)
+                ++end;
+            if (isJsonNumber(std::string_view(data + i, end - i))) {
+                data[i] = '0';
+                std::memset(data + i + 1, ' ', end - i - 1);
+                changed = true;
+            }
+            i = end - 1;
+        }
+    }
+    return changed;
+}
+
 Result<QStringList, AnyError> authorsFrom(const simdjson::dom::object& theme)
 {
     const QString key = QStringLiteral("author");
@@ -206,7 +272,14 @@ Result<Theme, AnyError> ThemeJsonParser::decodeDocument(const char* data, std::s
         m_parser = std::make_unique<Parser>();
 
     element document;
-    if (const auto code = m_parser->json.parse(data, length, copy).get(document); code != simdjson::SUCCESS)
+    auto code = m_parser->json.parse(data, length, copy).get(document);
+    simdjson::padded_string zeroed; // a copy to zero the numbers in; the caller's bytes stay as they are
+    if (code == simdjson::NUMBER_ERROR) {
+        zeroed = simdjson::padded_string(data, length);
+        if (zeroNumbers(zeroed.data(), zeroed.size()))
+            code = m_parser->json.parse(zeroed).get(document);
+    }
+    if (code != simdjson::SUCCESS)
         return fail(JSONDecoderError::dataCorrupted(describeCorruption(code)));
 
     // 1. The document is an object.

@@ -80,16 +80,17 @@ void StatusOverlay::fadeTo(qreal opacity, std::chrono::milliseconds duration, st
 
 bool StatusOverlay::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_scrollView) {
-        switch (event->type()) {
-        case QEvent::Move:
-        case QEvent::Resize:
-        case QEvent::Show:
+    // The event type first: a scroll view being destroyed still sends events, and comparing it with
+    // the guarded pointer would cast what is by then only a QWidget to a scroll area.
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+        if (watched == m_scrollView)
             followScrollView();
-            break;
-        default:
-            break;
-        }
+        break;
+    default:
+        break;
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -4,6 +4,7 @@
 #include <QTest>
 
 using corvane::Version;
+using namespace Qt::StringLiterals;
 
 namespace QTest {
 template <>
@@ -50,6 +51,23 @@ private slots:
         QTest::newRow("non-ASCII digits") << QString::fromUtf8("\u0661.2") << "2.0.0";
         QTest::newRow("full stop with combining mark is no separator")
             << QString::fromUtf8("1.\u03012.3") << "3.0.0";
+        // "1." and a mark of another script, then "2.3": the first full stop belongs to the mark's
+        // cluster, so the text holds one split and reads as its last number.
+        for (const char16_t mark : {u'\u0941', u'\u0901', u'\u0903', u'\u093E', u'\u0BBE', u'\u0E31', u'\u0E33',
+                                    u'\u0F71', u'\u1039', u'\u17B6', u'\u200D', u'\u200C', u'\u20DD'})
+            QTest::addRow("full stop with U+%04X is no separator", unsigned(mark))
+                << u"1."_s + QChar(mark) + u"2.3"_s << "3.0.0";
+        QTest::newRow("supplementary spacing mark") << u"1.\U000110022.3"_s << "3.0.0";
+        QTest::newRow("emoji modifier") << u"1.\U0001F3FB2.3"_s << "3.0.0";
+        QTest::newRow("tag character") << u"1.\U000E00412.3"_s << "3.0.0";
+        QTest::newRow("prepended mark before a full stop") << u"1\u0600.2.3"_s << "3.0.0";
+        QTest::newRow("supplementary prepended mark") << u"1\U000110BD.2.3"_s << "3.0.0";
+        // Characters that look like marks but start clusters of their own leave the full stop whole.
+        QTest::newRow("Myanmar tall AA starts a cluster") << u"1.\u102B2.3"_s << "1.3.0";
+        QTest::newRow("Hangul vowel jamo starts a cluster") << u"1.\u11602.3"_s << "1.3.0";
+        QTest::newRow("letter after a full stop") << u"1.\u09152.3"_s << "1.3.0";
+        QTest::newRow("lone surrogate after a full stop") << u"1."_s + QChar(0xD800) + u"2.3"_s << "1.3.0";
+        QTest::newRow("mark before a full stop") << u"1.2\u0941.3"_s << "1.3.0";
         QTest::newRow("combining mark on a digit") << QString::fromUtf8("1\u0301.2") << "2.0.0";
         QTest::newRow("non-Latin text around numbers") << QString::fromUtf8("版本.1.2") << "1.2.0";
         QTest::newRow("empty text") << "" << "";

@@ -85,8 +85,8 @@ private slots:
         const auto inCall = std::make_shared<bool>(true);
         const auto ask = [&] {
             module.hasUpdates(sinceCommit, [answers, inCall](const ThemeRepositoryStatus& status) {
-                *answers += describe(status) + (QThread::currentThread() != qApp->thread() ? " off the main thread" : "")
-                    + (*inCall ? " within the call" : "");
+                const bool onMain = QThread::currentThread() == QCoreApplication::instance()->thread();
+                *answers += describe(status) + (onMain ? "" : " off the main thread") + (*inCall ? " within the call" : "");
             });
         };
         if (fromAnotherThread)
@@ -151,7 +151,7 @@ private slots:
         service.checkInBackground(std::nullopt, std::chrono::milliseconds(300), [answers](const ThemeRepositoryStatus& status) {
             const auto* failure = std::get_if<RepositoryCheckFailure>(&status);
             *answers << (failure ? failure->error.message() : describe(status))
-                    + (QThread::currentThread() != qApp->thread() ? " off the main thread" : "");
+                    + (QThread::currentThread() != QCoreApplication::instance()->thread() ? " off the main thread" : "");
         });
         QVERIFY(answers->isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(!answers->isEmpty(), 10000);

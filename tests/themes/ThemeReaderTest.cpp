@@ -96,6 +96,19 @@ private slots:
         QTest::newRow("any key order, unknown keys at every level")
             << QByteArray(R"({"version": "3", "x": [{"name": 5}], "author": [{"name": "A", "n": {"name": 1}}],)"
                           R"( "style": "light", "Name": 7, "name": "N"})") << "N|light|A|3.0.0";
+        // Numbers beyond 64 bits are still JSON: in a key nobody reads they change nothing.
+        for (const QByteArray huge : {"18446744073709551616", "-9223372036854775809", "1e309", "-1E+309",
+                                      "123456789012345678901234567890", "0.1e-99999"})
+            QTest::addRow("%s in ignored keys", huge.constData())
+                << doc(E, dark, R"([{"name": "A", "id": )" + huge + "}]", one,
+                       R"(, "meta": {"id": )" + huge + R"(, "list": [)" + huge + ", \"1e309\"]}")
+                << "E|dark|A|1.0.0";
+        QTest::newRow("number-like texts stay texts")
+            << doc(R"("1e309 \" 18446744073709551616")", dark, mara, R"("18446744073709551616.2")", R"(, "n": 1e999)")
+            << "1e309 \" 18446744073709551616|dark|Mara|2.0.0";
+        QTest::newRow("huge version") << doc(E, dark, mara, "18446744073709551616") << typeText("version", "String", "a number");
+        QTest::newRow("huge name") << doc("-1e309", dark, mara, one) << typeText("name", "String", "a number");
+        QTest::newRow("huge author") << doc(E, dark, "[1e400]", one) << typeText("author[0]", "Object", "a number");
         QTest::newRow("byte order mark and white space") << "\xEF\xBB\xBF \n" + doc(E, dark, "[]", one) + "\n" << "E|dark||1.0.0";
 
         QTest::newRow("top level array") << QByteArray("[{}]")
@@ -226,6 +239,10 @@ private slots:
         };
         QTest::newRow("empty") << x << QByteArray() << corrupt("the document is empty");
         QTest::newRow("invalid UTF-8") << x << QByteArray(theme).replace("Big", "B\xC3\x28") << corrupt("the text is not valid UTF-8");
+        // A number that is not JSON fails the document even beside a huge one that is.
+        for (const QByteArray bad : {"01", "1.", "-", ".5", "1e", "+1", "1e309x", "1e309.5"})
+            QTest::addRow("malformed number %s", bad.constData())
+                << x << QByteArray(theme).replace("{", R"({"big": 1e309, "bad": )" + bad + ",") << corrupt("").chopped(2);
         QTest::newRow("binary garbage") << x << QByteArray::fromHex("00ff13e8c7a1b2007b22") << corrupt("").chopped(2);
         QTest::newRow("nested 100,000 deep") << x << QByteArray(100000, '[') + QByteArray(100000, ']')
                                              << corrupt("arrays and objects are nested more than 1024 levels deep");
@@ -276,6 +293,34 @@ private slots:
 
         const QString actual = read(directory.path(), lister).join(u'\n');
         QCOMPARE(expected.endsWith(u'(') ? actual.left(expected.size()) : actual, expected); // "(": only the start
+    }
+
+    // A missing directory is named by its URL, written so that it pastes back as the same location.
+    void namesAMissingDirectoryByAWholeURL_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("written"); // how the name appears in the URL
+        QTest::newRow("plain") << "Themes" << "Themes";
+        QTest::newRow("space, per-cent and hash") << "with space%20#" << "with%20space%2520%23";
+        QTest::newRow("question mark and brackets") << "a?b[1]" << "a%3Fb[1]";
+        QTest::newRow("non-Latin") << "夜 ü" << "%E5%A4%9C%20%C3%BC";
+    }
+
+    void namesAMissingDirectoryByAWholeURL()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, written);
+        QTemporaryDir parent;
+        const QString directory = parent.filePath(name + "/Themes");
+        const auto themes = ThemeReader(std::make_shared<ThemeDecoder>(), FileManager::shared())
+                                .readThemes(QUrl::fromLocalFile(directory));
+        QVERIFY(!themes);
+        const QString text = themes.error().errorDescription();
+        const QString prefix = "Theme decoding failed: File at ", suffix = " appears not to be a directory.";
+        QVERIFY2(text.startsWith(prefix) && text.endsWith(suffix), qPrintable(text));
+        const QString url = text.mid(prefix.size()).chopped(suffix.size());
+        QCOMPARE(url, QUrl::fromLocalFile(parent.path()).toString(QUrl::FullyEncoded) + '/' + written + "/Themes");
+        QCOMPARE(QUrl(url, QUrl::StrictMode).toLocalFile(), directory);
     }
 
     void decoderReusesItsBuffersSafely_data()

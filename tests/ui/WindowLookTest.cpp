@@ -15,7 +15,9 @@
 #include <QDir>
 #include <QPainter>
 #include <QScrollBar>
+#include <QSettings>
 #include <QStyleFactory>
+#include <QTemporaryDir>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -82,7 +84,12 @@ class WindowLookTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setStyle(QStyleFactory::create(u"Fusion"_s)); }
+    void initTestCase()
+    {
+        QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+        // The window remembers its frame in the host's settings: here, not in the user's.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+    }
 
     void scrolledInRowsReuseFewCellsEachConfiguredAnew()
     {
@@ -226,6 +233,7 @@ private:
         QTRY_VERIFY(!m_list->isAnimating());
     }
 
+    QTemporaryDir m_settings;
     std::shared_ptr<CorvaneWindowController> m_controller;
     ThemeListViewController* m_list = nullptr;
     std::shared_ptr<RecordingDelegate> m_delegate;
