@@ -74,11 +74,14 @@ CorvaneWireframe::CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presente
     , m_windowController(std::move(windowController))
 {
     // The host hears of installs and of the window closing through the updater's signals.
-    m_eventHandler->themesInstalled = [updater = QPointer<CorvaneWireframe>(this)](const QStringList& files) {
-        if (updater)
-            emit updater->themesInstalled(files);
-    };
-    connect(m_windowController.get(), &CorvaneWindowController::windowClosed, this, &UpdatesThemes::closed);
+    if (m_eventHandler) {
+        m_eventHandler->themesInstalled = [updater = QPointer<CorvaneWireframe>(this)](const QStringList& files) {
+            if (updater)
+                emit updater->themesInstalled(files);
+        };
+    }
+    if (m_windowController)
+        connect(m_windowController.get(), &CorvaneWindowController::windowClosed, this, &UpdatesThemes::closed);
 }
 
 CorvaneWireframe::~CorvaneWireframe() = default;
