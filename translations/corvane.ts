@@ -349,5 +349,13 @@
         <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.git.credentials-refused">
+        <source>The server of %@ refused the credentials.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.git.certificate-refused">
+        <source>The certificate of %@ was refused by the application.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

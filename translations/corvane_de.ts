@@ -349,5 +349,13 @@
         <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
         <translation>Die Theme-Datei „%@“ hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben. Sie wurde nicht ausgecheckt.</translation>
     </message>
+    <message id="corvane.git.credentials-refused">
+        <source>The server of %@ refused the credentials.</source>
+        <translation>Der Server von %@ hat die Anmeldedaten abgelehnt.</translation>
+    </message>
+    <message id="corvane.git.certificate-refused">
+        <source>The certificate of %@ was refused by the application.</source>
+        <translation>Das Zertifikat von %@ wurde von der Anwendung abgelehnt.</translation>
+    </message>
 </context>
 </TS>
