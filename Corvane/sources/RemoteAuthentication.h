@@ -18,7 +18,8 @@ public:
     // configuredUrl: the remote as the host configured it, user information included.
     RemoteAuthentication(const QUrl& configuredUrl, RemoteAccess access);
 
-    // The three refusals a provider may give before the transfer is given up.
+    // How often one transfer asks the provider; when the server refuses the last answer too, the
+    // transfer fails with a text of its own rather than asking for ever.
     static constexpr int maximumAttempts = 3;
 
     // git_credential_acquire_cb
