@@ -369,5 +369,13 @@
         <source>Copy Name</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.git.credentials-refused">
+        <source>The server of %@ refused the credentials.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.git.certificate-refused">
+        <source>The certificate of %@ was refused by the application.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -369,5 +369,13 @@
         <source>Copy Name</source>
         <translation>Namen kopieren</translation>
     </message>
+    <message id="corvane.git.credentials-refused">
+        <source>The server of %@ refused the credentials.</source>
+        <translation>Der Server von %@ hat die Anmeldedaten abgelehnt.</translation>
+    </message>
+    <message id="corvane.git.certificate-refused">
+        <source>The certificate of %@ was refused by the application.</source>
+        <translation>Das Zertifikat von %@ wurde von der Anwendung abgelehnt.</translation>
+    </message>
 </context>
 </TS>

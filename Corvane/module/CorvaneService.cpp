@@ -11,8 +11,7 @@ namespace corvane {
 
 ThemeRepositoryStatus CorvaneService::repositoryStatus(const std::optional<QString>& sinceCommit) const
 {
-    const SynchronizedRepository synchronizedRepository(m_configuration.localThemeRepositoryURL(),
-                                                        m_configuration.remoteThemeRepositoryURL());
+    const SynchronizedRepository synchronizedRepository(m_configuration);
     const auto commitId = flatMap(synchronizedRepository.synchronize(), [](Repository repository) {
         return flatMap(repository.HEAD(), [&](Reference head) {
             return map(repository.commit(head.oid()), [](Commit commit) { return commit.oid(); });

@@ -44,7 +44,7 @@ std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& 
     // The two sides never share a reader or a decoder: each is used by one comparison thread at a time.
     const std::shared_ptr<FileManager> fileManager = FileManager::shared();
     auto remoteThemeFetcher = std::make_shared<RemoteThemeFetcher>(
-        SynchronizedRepository(configuration.localThemeRepositoryURL(), configuration.remoteThemeRepositoryURL()),
+        SynchronizedRepository(configuration),
         std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager));
     auto localThemeFetcher = std::make_shared<LocalThemeFetcher>(
         configuration.installedThemeDirectory(),

@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/RemoteAuthentication.h"
 #include "Corvane/sources/RemoteLookup.h"
 #include "Corvane/sources/TransferWatch.h"
 
@@ -94,19 +95,23 @@ Result<Repository, GitError> Repository::at(const QUrl& directory)
 }
 
 Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to, bool localClone, bool bare,
-                                               CheckoutStrategy checkoutStrategy)
+                                               CheckoutStrategy checkoutStrategy, const RemoteAccess& access)
 {
     GitLibrary::ensureInitialized();
     git_clone_options options = GIT_CLONE_OPTIONS_INIT;
+    options.fetch_opts.proxy_opts.type = GIT_PROXY_AUTO;
     options.bare = bare ? 1 : 0;
     options.local = localClone ? GIT_CLONE_LOCAL : GIT_CLONE_NO_LOCAL;
     options.checkout_opts.checkout_strategy = checkoutFlags(checkoutStrategy);
     options.repository_cb = createRepositoryWithoutLinks;
+    RemoteAuthentication authentication(from, access);
     TransferWatch watch(from, GitLibrary::transferLimits());
-    watch.install(options.fetch_opts.callbacks);
+    watch.install(options.fetch_opts.callbacks, &authentication);
 
+    // The secret stays in memory: "origin" is written without it.
     git_repository* raw = nullptr;
-    const int code = git_clone(&raw, remoteLocation(from).constData(), localPath(to).constData(), &options);
+    const int code = git_clone(&raw, remoteLocation(RemoteAuthentication::withoutUserInfo(from)).constData(),
+                               localPath(to).constData(), &options);
     if (code < 0)
         return std::unexpected(watch.errorFor(code));
     return Repository(RepositoryHandle(raw));
@@ -117,18 +122,46 @@ Result<Remote, GitError> Repository::remote(const QString& name) const
     return RemoteLookup::find(m_handle.get(), name);
 }
 
-Result<void, GitError> Repository::fetch(const Remote& remote) const
+Result<void, GitError> Repository::fetch(const Remote& remote, const RemoteAccess& access,
+                                        const QUrl& credentialsFrom) const
 {
     git_fetch_options options = GIT_FETCH_OPTIONS_INIT;
-    const QUrl url = remote.url();
+    options.proxy_opts.type = GIT_PROXY_AUTO;
+    QUrl url = remote.url();
+    if (url.userInfo().isEmpty() && !credentialsFrom.userInfo().isEmpty()) {
+        url.setUserName(credentialsFrom.userName(QUrl::FullyDecoded), QUrl::DecodedMode);
+        url.setPassword(credentialsFrom.password(QUrl::FullyDecoded), QUrl::DecodedMode);
+    }
+    RemoteAuthentication authentication(url, access);
     TransferWatch watch(url, GitLibrary::transferLimits());
-    watch.install(options.callbacks);
+    watch.install(options.callbacks, &authentication);
     std::vector<char*> refspecs;
     for (const QByteArray& refspec : remote.fetchRefspecs())
         refspecs.push_back(const_cast<char*>(refspec.constData()));
     const git_strarray fetched{refspecs.data(), refspecs.size()};
     if (const int code = git_remote_fetch(remote.raw(), &fetched, &options, nullptr); code < 0)
         return std::unexpected(watch.errorFor(code));
+    return {};
+}
+
+Result<QString, GitError> Repository::storedRemoteUrl(const QString& name) const
+{
+    git_config* rawConfig = nullptr;
+    if (const int code = git_repository_config_snapshot(&rawConfig, m_handle.get()); code < 0)
+        return std::unexpected(makeGitError(code));
+    ConfigHandle config(rawConfig);
+    GitBuffer url;
+    const QByteArray key = "remote." + name.toUtf8() + ".url";
+    if (const int code = git_config_get_string_buf(&url.buffer, config.get(), key.constData()); code < 0)
+        return std::unexpected(makeGitError(code));
+    return QString::fromUtf8(url.buffer.ptr, qsizetype(url.buffer.size));
+}
+
+Result<void, GitError> Repository::setRemoteUrl(const QString& name, const QUrl& url) const
+{
+    if (const int code = git_remote_set_url(m_handle.get(), name.toUtf8().constData(), remoteLocation(url).constData());
+        code < 0)
+        return std::unexpected(makeGitError(code));
     return {};
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/module/RemoteAccess.h"
 #include "Corvane/module/Result.h"
 #include "Corvane/sources/Commit.h"
 #include "Corvane/sources/GitError.h"
@@ -32,14 +33,22 @@ public:
     // the question cannot be answered.
     static Result<bool, GitError> isValid(const QUrl& directory);
     static Result<Repository, GitError> at(const QUrl& directory);
-    // Clones with the library's default credentials (none supplied). The new repository refuses
-    // symbolic links before its first checkout.
+    // Clones through the proxy git's configuration or the environment names. A user and password in
+    // from authenticate the transfer, then access; the new repository's "origin" stores from without
+    // them. The new repository refuses symbolic links before its first checkout.
     static Result<Repository, GitError> clone(const QUrl& from, const QUrl& to, bool localClone, bool bare,
-                                              CheckoutStrategy checkoutStrategy);
+                                              CheckoutStrategy checkoutStrategy, const RemoteAccess& access = {});
 
     Result<Remote, GitError> remote(const QString& name) const;
-    // Fetches with the remote's configured refspecs and default options.
-    Result<void, GitError> fetch(const Remote& remote) const;
+    // Fetches with the remote's configured refspecs through the proxy git's configuration or the
+    // environment names, authenticating with the user and password of credentialsFrom (the remote as
+    // configured, when its stored URL carries none), then access.
+    Result<void, GitError> fetch(const Remote& remote, const RemoteAccess& access = {},
+                                 const QUrl& credentialsFrom = {}) const;
+    // The URL a configured remote stores, as written (no insteadOf rules applied).
+    Result<QString, GitError> storedRemoteUrl(const QString& name) const;
+    // Makes the configured remote fetch from url from now on.
+    Result<void, GitError> setRemoteUrl(const QString& name, const QUrl& url) const;
     // A remote-tracking branch by its short name, such as "origin/master".
     Result<Reference, GitError> remoteBranch(const QString& name) const;
     // Points HEAD at the reference (detached for a remote-tracking branch), then checks HEAD out.

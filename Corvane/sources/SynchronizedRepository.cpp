@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/RemoteAuthentication.h"
 #include "Corvane/sources/SpecialFileSweep.h"
 
 #include <QDir>
@@ -11,7 +12,7 @@
 namespace corvane {
 namespace {
 
-Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
+Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL, const RemoteAccess& access)
 {
     // libgit2 opens the repository's own files with blocking opens: a pipe among them must not hang it.
     if (const QFileInfo gitDirectory(QDir(localURL.toLocalFile()).filePath(QStringLiteral(".git")));
@@ -20,7 +21,7 @@ Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
     return flatMap(Repository::isValid(localURL), [&](bool isValid) -> Result<Repository, GitError> {
         // The working tree is written by the checkout that follows, once the commit has been looked at.
         if (!isValid)
-            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::none);
+            return Repository::clone(remoteURL, localURL, false, false, CheckoutStrategy::none, access);
         auto repository = Repository::at(localURL);
         // A clone made before links were refused, or by someone else, refuses them from now on.
         if (repository) {
@@ -31,14 +32,30 @@ Result<Repository, GitError> obtain(const QUrl& localURL, const QUrl& remoteURL)
     });
 }
 
-Result<void, GitError> update(const Repository& repository)
+// A host that moved its repository, or a clone that still stores a password in its URL: "origin" is
+// pointed at the configured remote, without user information, before anything is fetched.
+Result<void, GitError> repointOrigin(const Repository& repository, const QUrl& remoteURL)
 {
+    const QUrl wanted = RemoteAuthentication::withoutUserInfo(remoteURL);
+    auto stored = repository.storedRemoteUrl(QStringLiteral("origin"));
+    if (!stored) // no "origin" at all: the lookup that follows reports it
+        return {};
+    if (*stored == wanted.toString(QUrl::FullyEncoded))
+        return {};
+    return repository.setRemoteUrl(QStringLiteral("origin"), wanted);
+}
+
+Result<void, GitError> update(const Repository& repository, const QUrl& remoteURL, const QString& branchName,
+                              const RemoteAccess& access)
+{
+    if (auto repointed = repointOrigin(repository, remoteURL); !repointed)
+        return repointed;
     auto origin = repository.remote(QStringLiteral("origin"));
     if (!origin)
         return std::unexpected(origin.error());
-    if (auto fetched = repository.fetch(*origin); !fetched)
+    if (auto fetched = repository.fetch(*origin, access, remoteURL); !fetched)
         return fetched;
-    auto branch = repository.remoteBranch(QStringLiteral("origin/master"));
+    auto branch = repository.remoteBranch(QStringLiteral("origin/") + branchName);
     if (!branch)
         return std::unexpected(branch.error());
     if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
@@ -57,9 +74,9 @@ Result<Repository, GitError> SynchronizedRepository::synchronize() const
         return std::unexpected(lock.error());
     // The transfers and the checkout below keep the clone ours while they make progress.
     const CloneLock::WorkingOnThisThread working(**lock);
-    return flatMap(obtain(m_localURL, m_remoteURL), [&](Repository repository) -> Result<Repository, GitError> {
+    return flatMap(obtain(m_localURL, m_remoteURL, m_access), [&](Repository repository) -> Result<Repository, GitError> {
         repository.keepAlive(*lock);
-        if (auto updated = update(repository); !updated)
+        if (auto updated = update(repository, m_remoteURL, m_branch, m_access); !updated)
             return std::unexpected(updated.error());
         return repository;
     });

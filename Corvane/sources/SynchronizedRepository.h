@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/module/Configuration.h"
+#include "Corvane/module/RemoteAccess.h"
 #include "Corvane/module/Result.h"
 #include "Corvane/sources/GitError.h"
 #include "Corvane/sources/Repository.h"
@@ -10,16 +12,25 @@
 namespace corvane {
 
 // The module's local clone and the remote it mirrors. Synchronising brings the clone to exactly the
-// remote's "origin/master": open or clone, fetch "origin", check "origin/master" out by force.
+// remote's "origin/<branch>" ("origin/master" unless configured otherwise): open or clone, point
+// "origin" at the configured remote if it has moved, fetch "origin", check the branch out by force.
 class SynchronizedRepository {
 public:
-    SynchronizedRepository(QUrl localURL, QUrl remoteURL)
-        : m_localURL(std::move(localURL)), m_remoteURL(std::move(remoteURL))
+    SynchronizedRepository(QUrl localURL, QUrl remoteURL, QString branch = QStringLiteral("master"),
+                           RemoteAccess access = {})
+        : m_localURL(std::move(localURL)), m_remoteURL(std::move(remoteURL)), m_branch(std::move(branch)),
+          m_access(std::move(access))
+    {
+    }
+    explicit SynchronizedRepository(const Configuration& configuration)
+        : SynchronizedRepository(configuration.localThemeRepositoryURL(), configuration.remoteThemeRepositoryURL(),
+                                 configuration.branch(), configuration.remoteAccess())
     {
     }
 
     const QUrl& localURL() const { return m_localURL; }
     const QUrl& remoteURL() const { return m_remoteURL; }
+    const QString& branch() const { return m_branch; }
 
     // Blocks for the whole network exchange; run it off the main thread. The first failure is the
     // result, unchanged; nothing is retried or cleaned up. Synchronisations of one clone never overlap,
@@ -30,6 +41,8 @@ public:
 private:
     QUrl m_localURL;
     QUrl m_remoteURL;
+    QString m_branch;
+    RemoteAccess m_access;
 };
 
 } // namespace corvane

@@ -64,9 +64,14 @@ TransferWatch::~TransferWatch()
         m_watcher.join();
 }
 
-void TransferWatch::install(git_remote_callbacks& callbacks)
+void TransferWatch::install(git_remote_callbacks& callbacks, RemoteAuthentication* authentication)
 {
     callbacks.payload = this;
+    m_authentication = authentication;
+    if (authentication) {
+        callbacks.credentials = onCredentials;
+        callbacks.certificate_check = onCertificate;
+    }
     callbacks.transfer_progress = onTransferProgress;
     callbacks.sideband_progress = onSidebandProgress;
     callbacks.transport = makeTransport;
@@ -132,7 +137,7 @@ void TransferWatch::watchOver()
             continue;
         }
         const auto idle = Clock::now() - Clock::time_point(Clock::duration(m_lastActivity.load()));
-        if (idle < m_limits.shortest())
+        if (m_askingHost || idle < m_limits.shortest())
             continue;
         Stage stage = Stage::transferring;
         if (!m_received) {
@@ -217,6 +222,28 @@ int TransferWatch::onSidebandProgress(const char* text, int length, void* payloa
     const bool advanced = message != watch->m_lastSideband;
     watch->m_lastSideband = message;
     return watch->mayContinue(advanced) ? 0 : -1;
+}
+
+int TransferWatch::onCredentials(git_credential** out, const char* url, const char* userFromUrl,
+                                 unsigned int allowedTypes, void* payload)
+{
+    auto watch = static_cast<TransferWatch*>(payload);
+    // Waiting for the host (a password prompt, a credential helper) is not a stalled transfer.
+    watch->m_askingHost = true;
+    const int answer = watch->m_authentication->credentials(out, url, userFromUrl, allowedTypes);
+    watch->markActivity();
+    watch->m_askingHost = false;
+    return answer;
+}
+
+int TransferWatch::onCertificate(git_cert* certificate, int valid, const char* host, void* payload)
+{
+    auto watch = static_cast<TransferWatch*>(payload);
+    watch->m_askingHost = true;
+    const int answer = watch->m_authentication->certificate(certificate, valid, host);
+    watch->markActivity();
+    watch->m_askingHost = false;
+    return answer;
 }
 
 int TransferWatch::makeTransport(git_transport** out, git_remote* owner, void* payload)

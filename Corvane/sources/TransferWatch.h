@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/sources/GitError.h"
+#include "Corvane/sources/RemoteAuthentication.h"
 #include "Corvane/sources/TransferLimits.h"
 
 #include <git2.h>
@@ -44,8 +45,9 @@ public:
     TransferWatch(const TransferWatch&) = delete;
     TransferWatch& operator=(const TransferWatch&) = delete;
 
-    // Points the operation's callbacks (and its payload) at this watch and starts the clock.
-    void install(git_remote_callbacks& callbacks);
+    // Points the operation's callbacks (and its payload) at this watch and starts the clock. Credential
+    // and certificate questions go to authentication, which must outlive the operation too.
+    void install(git_remote_callbacks& callbacks, RemoteAuthentication* authentication = nullptr);
 
     const TransferLimits& limits() const { return m_limits; }
     const QUrl& remote() const { return m_remote; }
@@ -82,9 +84,13 @@ private:
     static int onTransferProgress(const git_indexer_progress* stats, void* payload);
     static int onSidebandProgress(const char* text, int length, void* payload);
     static int makeTransport(git_transport** out, git_remote* owner, void* payload);
+    static int onCredentials(git_credential** out, const char* url, const char* userFromUrl, unsigned int allowedTypes,
+                             void* payload);
+    static int onCertificate(git_cert* certificate, int valid, const char* host, void* payload);
 
     QUrl m_remote;
     TransferLimits m_limits;
+    RemoteAuthentication* m_authentication = nullptr;
     std::chrono::milliseconds m_tick;
     pid_t m_thread = 0;
 
@@ -92,6 +98,7 @@ private:
     std::atomic<bool> m_connecting{false};
     std::atomic<bool> m_received{false};
     std::atomic<bool> m_timedOut{false};
+    std::atomic<bool> m_askingHost{false};
     std::atomic<Stage> m_timedOutStage{Stage::transferring};
 
     git_indexer_progress m_lastStats{};

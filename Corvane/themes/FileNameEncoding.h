@@ -16,7 +16,7 @@ namespace corvane {
 // "bad\xff.theme.json" would be looked for under another name. Here each such byte becomes one
 // unpaired low surrogate (U+DC80 to U+DCFF), which no valid UTF-8 can produce, and goes back to the
 // same byte when the name is handed to the system.
-class CORVANE_EXPORT FileNameEncoding {
+class FileNameEncoding {
 public:
     static QString decode(QByteArrayView encoded);
     // Nothing when the text holds an unpaired surrogate other than those decode makes: no byte

@@ -13,7 +13,7 @@ namespace corvane {
 // file to a hidden temporary file beside its destination (named with temporaryPrefix) and moves the
 // file it replaces to the Trash; a kill can leave the temporary file, or an info file in the Trash
 // whose item never arrived.
-class CORVANE_EXPORT InstallLeftovers {
+class InstallLeftovers {
 public:
     static constexpr QByteArrayView temporaryPrefix = ".corvane-install-";
 

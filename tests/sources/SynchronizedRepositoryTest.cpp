@@ -118,13 +118,12 @@ private slots:
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         QVERIFY(synchronizedRepository.synchronize());
         scene.commitTheme("Dawn");
-        runGit(scene.clonePath(), {"remote", "set-url", "origin", "mirror:themes"});
         for (const QString& rule : std::as_const(rules)) {
             const QString base = rule.section('=', 1).replace("BASE", "file://" + scene.root.filePath("served"));
             runGit(scene.clonePath(), {"config", "--add", "url." + base + ".insteadOf", rule.section('=', 0, 0)});
         }
 
-        const auto synchronized = synchronizedRepository.synchronize();
+        const auto synchronized = SynchronizedRepository(scene.cloneUrl(), QUrl("mirror:themes")).synchronize();
         QVERIFY2(synchronized, qPrintable(synchronized ? QString() : synchronized.error().errorDescription()));
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
     }

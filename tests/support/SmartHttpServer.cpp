@@ -96,10 +96,22 @@ bool readBody(int socket, QByteArray& buffer, const QByteArray& headers, QByteAr
     }
 }
 
+bool authorized(const QByteArray& headers, const QByteArray& expected)
+{
+    for (const QByteArray& line : headers.split('\n')) {
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0 && line.left(colon).trimmed().toLower() == "authorization")
+            return line.mid(colon + 1).trimmed() == expected;
+    }
+    return false;
+}
+
 } // namespace
 
-SmartHttpServer::SmartHttpServer(QString basePath) : m_basePath(std::move(basePath))
+SmartHttpServer::SmartHttpServer(QString basePath, QString user, QString password) : m_basePath(std::move(basePath))
 {
+    if (!user.isEmpty())
+        m_authorization = "Basic " + (user + u':' + password).toUtf8().toBase64();
     m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -154,13 +166,18 @@ void SmartHttpServer::answer(int client)
         const QList<QByteArray> requestLine = headers.left(headers.indexOf("\r\n")).split(' ');
         if (requestLine.size() < 2)
             break;
-        const QByteArray target = requestLine[1];
+        QByteArray target = requestLine[1];
+        // Through a proxy the target is absolute: http://host:port/path
+        if (target.startsWith("http://"))
+            target = target.mid(target.indexOf('/', 7));
         QByteArray body;
         if (!readBody(client, buffer, headers, body, m_stopping))
             break;
 
         QByteArray reply;
-        if (target.endsWith("/info/refs?service=git-upload-pack")) {
+        if (!m_authorization.isEmpty() && !authorized(headers, m_authorization)) {
+            reply = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"themes\"\r\nContent-Length: 0\r\n\r\n";
+        } else if (target.endsWith("/info/refs?service=git-upload-pack")) {
             const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.indexOf("/info/refs") - 1)));
             reply = response("application/x-git-upload-pack-advertisement",
                              "001e# service=git-upload-pack\n0000" + uploadPack(repository, {QStringLiteral("--advertise-refs")}, {}));

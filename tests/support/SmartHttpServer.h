@@ -14,10 +14,12 @@ namespace corvane::test {
 // A real smart-http git server on 127.0.0.1 for fetching: the two requests of git's http protocol
 // answered by "git upload-pack --stateless-rpc" over the repositories below a directory, one request
 // after another on kept-alive connections. Runs on threads of its own, since the code under test blocks
-// the test's thread.
+// the test's thread. Given a user and password, it answers every request without them (basic
+// authentication) with 401, as a private repository's server does. Requests through a proxy (absolute
+// targets) are answered too.
 class SmartHttpServer {
 public:
-    explicit SmartHttpServer(QString basePath);
+    explicit SmartHttpServer(QString basePath, QString user = {}, QString password = {});
     ~SmartHttpServer();
 
     SmartHttpServer(const SmartHttpServer&) = delete;
@@ -32,6 +34,7 @@ private:
     void answer(int client);
 
     QString m_basePath;
+    QByteArray m_authorization; // the expected "Basic ..." value; empty when none is needed
     int m_listener = -1;
     std::uint16_t m_port = 0;
     std::atomic<bool> m_stopping{false};

@@ -49,11 +49,11 @@ private slots:
                "tab\\tname.theme.json\tNew\\nLine\tdark\ta\\tb\t3.0.0\n\u00e9t\u00e9.theme.json\t\u00c9t\u00e9\tlight\t\t1.0.0\n"
             << "";
         QTest::newRow("JSON") << QStringList{"ROOT/mixed", "--json"} << 1
-            << QString(R"([{"file": "A.theme.json", "name": "Alpha", "style": "light", "authors": ["Mara", "Tom"], "version": "2.1.0"},
-                  {"file": "b.theme.json", "name": "Beta", "style": "dark", "authors": ["X"], "version": "1.2.0"},
+            << QString(R"([{"file": "A.theme.json", "name": "Alpha", "style": "light", "styleLabel": "Light", "authors": ["Mara", "Tom"], "version": "2.1.0"},
+                  {"file": "b.theme.json", "name": "Beta", "style": "dark", "styleLabel": "Dark", "authors": ["X"], "version": "1.2.0"},
                   {"file": "c.theme.json", "error": "GREY"}, {"file": "pipe.theme.json", "error": "PIPE"},
-                  {"file": "tab\tname.theme.json", "name": "New\nLine", "style": "dark", "authors": ["a\tb"], "version": "3.0.0"},
-                  {"file": "\u00e9t\u00e9.theme.json", "name": "\u00c9t\u00e9", "style": "light", "authors": [], "version": "1.0.0"}])")
+                  {"file": "tab\tname.theme.json", "name": "New\nLine", "style": "dark", "styleLabel": "Dark", "authors": ["a\tb"], "version": "3.0.0"},
+                  {"file": "\u00e9t\u00e9.theme.json", "name": "\u00c9t\u00e9", "style": "light", "styleLabel": "Light", "authors": [], "version": "1.0.0"}])")
                    .replace("GREY", grey).replace("PIPE", pipe)
             << "";
         QTest::newRow("empty, as JSON") << QStringList{"ROOT/empty", "--json"} << 0 << "[]\n" << "";

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "Corvane/corvane_version.h"
+
 #include "GitDaemon.h"
 #include "GitRepositoryFixture.h"
+#include "SmartHttpServer.h"
 #include "ThemeFiles.h"
 #include "TrashSandbox.h"
 
@@ -21,6 +24,19 @@ const QString composedCafe = QString::fromUtf8("Caf\u00e9"), decomposedCafe = QS
 const QString updatedSolar = "updated Solar 1.5.0 -> 2.0.0", updatedCafe = "updated " + decomposedCafe + " 2.0.0 -> 3.0.0";
 
 struct Run { int exitCode = -1; QString out, err; QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); } };
+
+// The built tool with exactly these arguments, in this process's environment changed by the given one.
+Run runTool(const QStringList& arguments, const QProcessEnvironment& changes = {})
+{
+    QProcess tool;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& name : changes.keys())
+        environment.insert(name, changes.value(name));
+    tool.setProcessEnvironment(environment);
+    tool.start(CORVANE_TOOL_PATH, arguments);
+    const bool finished = tool.waitForFinished(120000) && tool.exitStatus() == QProcess::NormalExit;
+    return {finished ? tool.exitCode() : -1, tool.readAllStandardOutput(), tool.readAllStandardError()};
+}
 
 // A theme repository reached over file:// or through a real git daemon, the tool's clone and the installed themes.
 struct Scene {
@@ -87,17 +103,25 @@ private slots:
 
         const Run json = scene.run({"list", "--json"});
         QCOMPARE(json.exitCode, 0);
-        const auto row = [&](QString name, QString style, QString authors, QJsonValue installed, QString remote,
+        const auto row = [&](QString name, QString style, QStringList authors, QJsonValue installed, QString remote,
                              QString source, QString destination) {
-            return QJsonObject{{"name", name}, {"style", style}, {"authors", authors}, {"installedVersion", installed},
+            return QJsonObject{{"name", name}, {"style", style.toLower()}, {"styleLabel", style},
+                               {"authors", QJsonArray::fromStringList(authors)}, {"installedVersion", installed},
                                {"remoteVersion", remote}, {"source", scene.clone + "/Themes/" + source + ".theme.json"},
                                {"destination", scene.installed + '/' + destination + ".theme.json"}};
         };
-        QCOMPARE(QJsonDocument::fromJson(json.out.toUtf8()).array(),
-                 (QJsonArray{row("Aurora", "Light", "Ann, Bo", {}, "1.0.0", "aurora", "aurora"),
-                             row(odd, "Dark", "Ann\tBo", {}, "1.0.0", "z", "z"),
-                             row(decomposedCafe, "Light", "Dee", "2.0.0", "3.0.0", "cafe", "cafe-old"),
-                             row("Solar", "Dark", "Cy", "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
+        const QJsonArray rows = QJsonDocument::fromJson(json.out.toUtf8()).array();
+        QCOMPARE(rows, (QJsonArray{row("Aurora", "Light", {"Ann", "Bo"}, {}, "1.0.0", "aurora", "aurora"),
+                                   row(odd, "Dark", {"Ann\tBo"}, {}, "1.0.0", "z", "z"),
+                                   row(decomposedCafe, "Light", {"Dee"}, "2.0.0", "3.0.0", "cafe", "cafe-old"),
+                                   row("Solar", "Dark", {"Cy"}, "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
+
+        // lint describes a theme with the same keys and values as list.
+        const QJsonArray linted = QJsonDocument::fromJson(runTool({"lint", "--json", scene.clone + "/Themes"}).out.toUtf8()).array();
+        QCOMPARE(linted.size(), 4);
+        const QJsonObject aurora = linted.first().toObject();
+        for (const char* key : {"name", "style", "styleLabel", "authors"})
+            QCOMPARE(aurora.value(key), rows.first().toObject().value(key));
 
         TrashSandbox trash;
         const Run install = scene.run({"install", "--all"});
@@ -192,6 +216,103 @@ private slots:
             QCOMPARE(readFile(scene.installed + "/my-solar.theme.json"),
                      readFile(scene.clone + "/Themes/solar-dark.theme.json"));
             QVERIFY(readFile(trash.filesDirectory() + "/my-solar.theme.json").contains("\"1.5\""));
+        }
+    }
+
+    // What a command-line user expects of any tool.
+    void followsCommandLineConventions_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out"); // the start of stdout
+        QTest::addColumn<QString>("err"); // the start of stderr
+        QTest::newRow("--version") << QStringList{"--version"} << 0 << "corvane " CORVANE_VERSION "\n" << "";
+        QTest::newRow("--help") << QStringList{"--help"} << 0 << "usage: corvane <command>" << "";
+        QTest::newRow("no command") << QStringList{} << 2 << "" << "usage: corvane <command>";
+        for (const char* command : {"check", "list", "install", "lint", "show"})
+            QTest::addRow("%s --help", command) << QStringList{command, "--help"} << 0 << "usage: corvane " + QString(command) << "";
+        QTest::newRow("show without a display or --screenshot")
+            << QStringList{"show", "--remote", "/nowhere", "--clone", "/nowhere", "--installed", "/nowhere"} << 1 << ""
+            << "corvane show: no display to open the window on";
+    }
+
+    void followsCommandLineConventions()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QProcessEnvironment offscreen;
+        offscreen.insert("QT_QPA_PLATFORM", "offscreen");
+        QTemporaryDir runtime; // Qt's platform notes about a missing one would fill stderr
+        QFile::setPermissions(runtime.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        offscreen.insert("XDG_RUNTIME_DIR", runtime.path());
+        const Run run = runTool(arguments, offscreen);
+        QCOMPARE(run.exitCode, exitCode);
+        QVERIFY2(out.isEmpty() ? run.out.isEmpty() : run.out.startsWith(out), qPrintable(run.out));
+        QVERIFY2(err.isEmpty() ? run.err.isEmpty() : run.err.startsWith(err), qPrintable(run.err));
+        QVERIFY(!run.out.contains("--help-all"));
+    }
+
+    // user@host:path is ssh, as git takes it; a slash before the colon makes it a local path.
+    void takesScpLikeRemotesAsSsh_data()
+    {
+        QTest::addColumn<QString>("remote");
+        QTest::addColumn<QString>("err"); // part of the failure's text
+        QTest::newRow("user@host:path") << "nobody@127.0.0.1:themes.git" << "127.0.0.1";
+        QTest::newRow("host:path") << "127.0.0.1:themes.git" << "127.0.0.1";
+        QTest::newRow("local path with a colon") << "./not:remote" << "/not:remote";
+    }
+
+    void takesScpLikeRemotesAsSsh()
+    {
+        QFETCH(QString, remote);
+        QFETCH(QString, err);
+        QTemporaryDir dir;
+        const Run run = runTool({"check", "--remote", remote, "--clone", dir.filePath("clone")});
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY2(run.err.contains(err), qPrintable(run.err));
+        QVERIFY2(remote.startsWith("./") || !run.err.contains(QDir::currentPath()), qPrintable(run.err));
+    }
+
+    // Scripts name no secrets: the password comes from git's credential helpers, and stays out of the clone.
+    void asksGitsCredentialHelpers_data()
+    {
+        QTest::addColumn<QString>("stored"); // what the helper knows; empty: no helper configured
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("the helper knows the password") << "ada:s3cret" << 0;
+        QTest::newRow("the helper knows a wrong one") << "ada:wrong" << 1;
+        QTest::newRow("no helper") << "" << 1;
+    }
+
+    void asksGitsCredentialHelpers()
+    {
+        QFETCH(QString, stored);
+        QFETCH(int, exitCode);
+        Scene scene;
+        writeTheme(scene.remote.themesDirectory(), "aurora.theme.json", "Aurora", "light", {"Ann"}, "1.0.0");
+        const QString commit = scene.remote.commitAll("A theme");
+        SmartHttpServer server(scene.dir.path(), "ada", "s3cret");
+        const QUrl url = server.url("remote");
+
+        QTemporaryDir home;
+        if (!stored.isEmpty()) {
+            QUrl known = url;
+            known.setPath({});
+            known.setUserInfo(stored);
+            writeFile(home.path(), "credentials", known.toString().toUtf8() + "\n");
+            writeFile(home.path(), ".gitconfig", "[credential]\n\thelper = store --file=" + home.filePath("credentials").toUtf8() + "\n");
+        }
+        QProcessEnvironment environment;
+        environment.insert("HOME", home.path());
+        environment.insert("XDG_CONFIG_HOME", home.filePath("config"));
+        environment.insert("GIT_CONFIG_NOSYSTEM", "1");
+        environment.insert("GIT_TERMINAL_PROMPT", "0");
+        const Run run = runTool({"check", "--remote", url.toString(), "--clone", scene.clone}, environment);
+        QVERIFY2(run.exitCode == exitCode, qPrintable(run.err));
+        if (exitCode == 0) {
+            QCOMPARE(run.out, "update-available " + commit + "\n");
+            QVERIFY(!readFile(scene.clone + "/.git/config").contains("s3cret"));
         }
     }
 

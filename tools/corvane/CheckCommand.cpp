@@ -13,7 +13,7 @@ namespace corvane::cli {
 
 int runCheck(const QStringList& arguments)
 {
-    CommandLine commandLine(QStringLiteral("check"), QStringLiteral("--remote URL --clone DIR [--since COMMIT]"),
+    CommandLine commandLine(QStringLiteral("check"), QStringLiteral("--remote URL --clone DIR [--branch NAME] [--since COMMIT]"),
                             QStringLiteral("Synchronises the clone and tells whether the theme repository moved on "
                                            "since a commit: prints 'up-to-date' or 'update-available' and the "
                                            "commit's 40-digit id."));

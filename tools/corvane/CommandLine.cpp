@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "CommandLine.h"
 
+#include "GitCredentialHelper.h"
+
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <cstdio>
 
@@ -11,7 +14,9 @@ CommandLine::CommandLine(const QString& command, const QString& synopsis, const 
     : m_command(command), m_synopsis(synopsis)
 {
     m_parser.setApplicationDescription(description);
-    m_parser.addHelpOption();
+    // Qt's own help option would also list --help-all, which describes Qt's options, not the tool's.
+    m_parser.addOption(QCommandLineOption({QStringLiteral("h"), QStringLiteral("help")},
+                                          QStringLiteral("Show this help and exit.")));
 }
 
 void CommandLine::addLocations(bool remote, bool clone, bool installed)
@@ -21,8 +26,13 @@ void CommandLine::addLocations(bool remote, bool clone, bool installed)
                                               QString::fromLatin1(valueName)));
         m_requiredLocations << QString::fromLatin1(name);
     };
-    if (remote)
-        add("remote", "URL", "The remote theme repository (a URL, or a local path).");
+    if (remote) {
+        add("remote", "URL", "The remote theme repository: a URL, user@host:path for ssh, or a local path. "
+                             "Credentials come from git's credential helpers.");
+        m_parser.addOption(QCommandLineOption(QStringLiteral("branch"),
+                                              QStringLiteral("The repository's branch to follow (default: master)."),
+                                              QStringLiteral("NAME")));
+    }
     if (clone)
         add("clone", "DIR", "The directory of the local clone.");
     if (installed)
@@ -49,6 +59,18 @@ QUrl CommandLine::locationFromArgument(const QString& argument)
 {
     if (argument.contains(u"://"))
         return QUrl(argument);
+    // git's rule: "[user@]host:path" is ssh when the colon comes before any slash.
+    static const QRegularExpression scpLike(QStringLiteral(R"(^(?:([^@/:]+)@)?([^@/:\[\]]+|\[[^\]/]+\]):(.*)$)"));
+    if (const QRegularExpressionMatch match = scpLike.match(argument); match.hasMatch()) {
+        QUrl url;
+        url.setScheme(QStringLiteral("ssh"));
+        url.setUserName(match.captured(1));
+        url.setHost(match.captured(2).remove(u'[').remove(u']'));
+        // A relative path is relative to the user's home on the server.
+        const QString path = match.captured(3);
+        url.setPath(path.startsWith(u'/') ? path : QStringLiteral("/~/") + path);
+        return url;
+    }
     return QUrl::fromLocalFile(QFileInfo(argument).absoluteFilePath());
 }
 
@@ -58,9 +80,11 @@ QUrl CommandLine::installed() const { return locationFromArgument(m_parser.value
 
 Configuration CommandLine::configuration() const
 {
-    return Configuration(remote(), clone(), m_parser.optionNames().contains(QStringLiteral("installed"))
-                                                ? installed()
-                                                : QUrl());
+    Configuration configuration(remote(), clone(),
+                                m_parser.optionNames().contains(QStringLiteral("installed")) ? installed() : QUrl());
+    if (const QString branch = m_parser.value(QStringLiteral("branch")); !branch.isEmpty())
+        configuration = configuration.withBranch(branch);
+    return configuration.withRemoteAccess(RemoteAccess{gitCredentialHelper(), {}});
 }
 
 int CommandLine::usageError(const QString& reason) const

@@ -27,12 +27,14 @@ public:
     // Empty on success; otherwise the exit status to return at once (0 after --help).
     std::optional<int> parse(const QStringList& arguments);
 
-    // A URL as given, or a plain path as a local directory.
+    // A URL as given; scp-like "[user@]host:path" (a colon before any slash) as ssh, as git takes it;
+    // anything else as a local path.
     static QUrl locationFromArgument(const QString& argument);
 
     QUrl remote() const;
     QUrl clone() const;
     QUrl installed() const;
+    // The locations, the branch of --branch, and credentials from git's credential helpers.
     Configuration configuration() const;
 
     // Prints "usage: ..." and the reason on stderr; returns badUsage.

@@ -21,9 +21,7 @@ std::shared_ptr<ThemeReader> makeReader()
 
 std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration)
 {
-    auto remote = std::make_shared<RemoteThemeFetcher>(
-        SynchronizedRepository(configuration.localThemeRepositoryURL(), configuration.remoteThemeRepositoryURL()),
-        makeReader());
+    auto remote = std::make_shared<RemoteThemeFetcher>(SynchronizedRepository(configuration), makeReader());
     auto local = std::make_shared<LocalThemeFetcher>(configuration.installedThemeDirectory(), makeReader(),
                                                      FileManager::shared());
     return std::make_shared<FindThemeDifferences>(configuration.installedThemeDirectory(), std::move(remote),

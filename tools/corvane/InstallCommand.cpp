@@ -42,7 +42,7 @@ QString doneLine(const ThemeRow& row)
 int runInstall(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("install"), QStringLiteral("--remote URL --clone DIR --installed DIR (--all | NAME...)"),
+        QStringLiteral("install"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] (--all | NAME...)"),
         QStringLiteral("Installs or updates themes as the updater window's buttons do: each chosen row's theme file "
                        "is copied from the clone into the installed-themes directory, in the window's order, the "
                        "file it replaces going to the Trash. A NAME chooses every row of that theme name. The "

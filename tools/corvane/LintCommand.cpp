@@ -3,6 +3,7 @@
 #include "Commands.h"
 #include "OutputField.h"
 
+#include "Corvane/differences/StyleLabel.h"
 #include "Corvane/themes/FileManager.h"
 #include "Corvane/themes/FileNameEncoding.h"
 #include "Corvane/themes/ThemeDecoder.h"
@@ -27,11 +28,6 @@ struct Checked {
     std::optional<Theme> theme;
     QString error; // the reader's full text when the file failed
 };
-
-QString styleName(Theme::Style style)
-{
-    return style == Theme::Style::dark ? QStringLiteral("dark") : QStringLiteral("light");
-}
 
 } // namespace
 
@@ -93,6 +89,7 @@ int runLint(const QStringList& arguments)
             if (result.theme) {
                 entry.insert(QStringLiteral("name"), result.theme->identifier.name());
                 entry.insert(QStringLiteral("style"), styleName(result.theme->identifier.style()));
+                entry.insert(QStringLiteral("styleLabel"), styleLabel(result.theme->identifier.style()));
                 entry.insert(QStringLiteral("authors"), QJsonArray::fromStringList(result.theme->authors));
                 entry.insert(QStringLiteral("version"), result.theme->version.toString());
             } else {

@@ -51,9 +51,30 @@ void appendJsonString(QString& out, const QString& text)
     out += u'"';
 }
 
-// The keys in the order the rows show them, so a reader of the output sees a row as the window does.
-void appendJsonObject(QString& out, const ThemeEntry& entry)
+void appendJsonStrings(QString& out, const QStringList& texts)
 {
+    out += u'[';
+    for (qsizetype index = 0; index < texts.size(); ++index) {
+        if (index > 0)
+            out += QLatin1String(", ");
+        appendJsonString(out, texts[index]);
+    }
+    out += u']';
+}
+
+// The keys in the order the rows show them, so a reader of the output sees a row as the window does;
+// name, style and authors as lint gives them.
+void appendJsonObject(QString& out, const ThemeRow& row)
+{
+    const ThemeEntry& entry = row.entry;
+    const auto [style, authors] = std::visit(
+        [](const auto& difference) -> std::pair<Theme::Style, QStringList> {
+            if constexpr (std::is_same_v<std::decay_t<decltype(difference)>, NewTheme>)
+                return {difference.style, difference.authors};
+            else
+                return {difference.identifier.style(), difference.authors};
+        },
+        row.difference);
     const auto key = [&out](const char* name, bool first = false) {
         out += QLatin1String(first ? "    {\"" : ", \"");
         out += QLatin1String(name);
@@ -62,9 +83,11 @@ void appendJsonObject(QString& out, const ThemeEntry& entry)
     key("name", true);
     appendJsonString(out, entry.name);
     key("style");
+    appendJsonString(out, styleName(style));
+    key("styleLabel");
     appendJsonString(out, entry.style);
     key("authors");
-    appendJsonString(out, entry.authors);
+    appendJsonStrings(out, authors);
     key("installedVersion");
     if (entry.installedVersion)
         appendJsonString(out, *entry.installedVersion);
@@ -84,14 +107,15 @@ void appendJsonObject(QString& out, const ThemeEntry& entry)
 int runList(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("list"), QStringLiteral("--remote URL --clone DIR --installed DIR [--json]"),
+        QStringLiteral("list"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--json]"),
         QStringLiteral("Synchronises the clone and prints the rows the updater window would show, in its order: "
                        "every new theme, then every update, each group by name. One row per line, "
                        "tab-separated: name, style, authors, installed version (- for a new theme), "
                        "version in the repository."));
     commandLine.addLocations(true, true, true);
     const QCommandLineOption json(QStringLiteral("json"),
-                                  QStringLiteral("Print one JSON array of objects with the keys name, style, authors, "
+                                  QStringLiteral("Print one JSON array of objects with the keys name, style (dark or "
+                                                 "light), styleLabel (as the window shows it), authors (an array), "
                                                  "installedVersion (null for a new theme), remoteVersion, source "
                                                  "and destination."));
     commandLine.parser().addOption(json);
@@ -111,7 +135,7 @@ int runList(const QStringList& arguments)
         QString text = QStringLiteral("[");
         for (qsizetype i = 0; i < rows->size(); ++i) {
             text += QLatin1String(i == 0 ? "\n" : ",\n");
-            appendJsonObject(text, rows->at(i).entry);
+            appendJsonObject(text, rows->at(i));
         }
         text += QLatin1String(rows->isEmpty() ? "]" : "\n]");
         printOut(text);

@@ -37,4 +37,9 @@ QString escapeField(const QString& text)
     return FileNameEncoding::displayed(escaped);
 }
 
+QString styleName(Theme::Style style)
+{
+    return style == Theme::Style::dark ? QStringLiteral("dark") : QStringLiteral("light");
+}
+
 } // namespace corvane::cli

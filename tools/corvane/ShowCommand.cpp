@@ -111,12 +111,14 @@ void dropPlatformNotices(QtMsgType type, const QMessageLogContext& context, cons
         std::abort();
 }
 
-// The module's catalogue for a language, where an installation keeps it or where the build left it.
+// The module's catalogue for a language, where an installation keeps it beside bin/, or where the
+// build left it (build/translations, beside build/tools/corvane/).
 bool installTranslation(const QString& language)
 {
     auto translator = new QTranslator(qApp);
-    const QStringList folders = {QCoreApplication::applicationDirPath() + QStringLiteral("/../share/corvane/translations"),
-                                 QStringLiteral(CORVANE_TRANSLATIONS_DIR)};
+    const QString programDirectory = QCoreApplication::applicationDirPath();
+    const QStringList folders = {programDirectory + QStringLiteral("/../share/corvane/translations"),
+                                 programDirectory + QStringLiteral("/../../translations")};
     for (const QString& folder : folders) {
         if (translator->load(QStringLiteral("corvane_") + language, folder))
             return QCoreApplication::installTranslator(translator);
@@ -130,7 +132,7 @@ bool installTranslation(const QString& language)
 int runShow(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--lang CODE] [--screenshot FILE]"),
+        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--lang CODE] [--screenshot FILE]"),
         QStringLiteral("Opens the updater window in a minimal host: it synchronises the clone and lists every new "
                        "and updated theme, as a host application's updater does. With --screenshot, renders the "
                        "window off screen once the first refresh has finished, writes it as a PNG and exits; a "
@@ -146,6 +148,13 @@ int runShow(const QStringList& arguments)
     commandLine.parser().addOption(language);
     if (auto status = commandLine.parse(arguments))
         return *status;
+    // Off screen a window would wait for ever for a person who cannot see it.
+    if (!commandLine.parser().isSet(screenshot) && QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        printError(QStringLiteral("corvane show: no display to open the window on (DISPLAY and WAYLAND_DISPLAY "
+                                  "are unset or QT_QPA_PLATFORM is offscreen); use --screenshot FILE to render it "
+                                  "to a PNG instead"));
+        return failed;
+    }
     if (commandLine.parser().isSet(language) && !installTranslation(commandLine.parser().value(language)))
         return commandLine.usageError(
             QStringLiteral("no translation for '%1'").arg(commandLine.parser().value(language)));

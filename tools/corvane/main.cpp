@@ -2,6 +2,8 @@
 #include "CommandLine.h"
 #include "Commands.h"
 
+#include "Corvane/corvane_version.h"
+
 #include <QApplication>
 #include <QCoreApplication>
 
@@ -25,15 +27,18 @@ constexpr Subcommand subcommands[] = {
     {"show", corvane::cli::runShow, true, "open the updater window, or render it to a PNG"},
 };
 
-void printUsage()
+// On stdout when asked for, on stderr after bad usage.
+void printUsage(void (*print)(const QString&))
 {
-    corvane::cli::printError(QStringLiteral("usage: corvane <command> [options]   (corvane <command> --help)"));
+    print(QStringLiteral("usage: corvane <command> [options]   (corvane <command> --help)"));
+    print(QStringLiteral("       corvane --version"));
     for (const Subcommand& command : subcommands)
-        corvane::cli::printError(QStringLiteral("  %1  %2").arg(QString::fromLatin1(command.name).leftJustified(8),
-                                                              QString::fromLatin1(command.summary)));
+        print(QStringLiteral("  %1  %2").arg(QString::fromLatin1(command.name).leftJustified(8),
+                                             QString::fromLatin1(command.summary)));
 }
 
-// Without a display there is nothing to open a window on; render off screen instead.
+// Without a display there is nothing to open a window on; render off screen instead (show then needs
+// --screenshot).
 void chooseOffscreenPlatformWithoutDisplay()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
@@ -45,9 +50,17 @@ void chooseOffscreenPlatformWithoutDisplay()
 
 int main(int argc, char** argv)
 {
-    if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
-        printUsage();
-        return argc < 2 ? corvane::cli::badUsage : corvane::cli::done;
+    if (argc < 2) {
+        printUsage(corvane::cli::printError);
+        return corvane::cli::badUsage;
+    }
+    if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+        printUsage(corvane::cli::printOut);
+        return corvane::cli::done;
+    }
+    if (std::strcmp(argv[1], "--version") == 0) {
+        corvane::cli::printOut(QStringLiteral("corvane " CORVANE_VERSION));
+        return corvane::cli::done;
     }
     for (const Subcommand& command : subcommands) {
         if (std::strcmp(argv[1], command.name) != 0)
@@ -65,6 +78,6 @@ int main(int argc, char** argv)
         return command.run(arguments);
     }
     corvane::cli::printError(QStringLiteral("corvane: unknown command '%1'").arg(QString::fromLocal8Bit(argv[1])));
-    printUsage();
+    printUsage(corvane::cli::printError);
     return corvane::cli::badUsage;
 }

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // A host in miniature: checks a theme repository with the installed Corvane package.
+#include <Corvane/Version/Version.h>
+#include <Corvane/corvane_version.h>
+#include <Corvane/differences/CopyCommand.h>
 #include <Corvane/module/CorvaneModule.h>
 #include <Corvane/module/CorvaneVersion.h>
 #include <Corvane/themes/FileManager.h>
-#include <Version/Version.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 #include <cstdio>
@@ -20,12 +23,22 @@ int main(int argc, char** argv)
     const auto version = corvane::Version::fromString(QStringLiteral("1.10"));
     if (!version || version->toString() != QStringLiteral("1.10.0") || CorvaneVersionNumber != 1.0)
         return 1;
+    static_assert(CORVANE_VERSION_MAJOR >= 1 && CORVANE_VERSION_MINOR >= 0 && CORVANE_VERSION_PATCH >= 0);
+    if (QString::fromLatin1(CORVANE_VERSION)
+        != QStringLiteral("%1.%2.%3").arg(CORVANE_VERSION_MAJOR).arg(CORVANE_VERSION_MINOR).arg(CORVANE_VERSION_PATCH))
+        return 1;
 
     const corvane::Configuration configuration(QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath()),
                                                QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[2])).absoluteFilePath()),
                                                QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[3])).absoluteFilePath()));
     if (!corvane::FileManager::shared()->createDirectoryIfNeeded(configuration.installedThemeDirectory()))
         return 1;
+    // What a host needs to copy a file as the module does.
+    const corvane::CopyCommand copy{QString::fromLocal8Bit(argv[0]), configuration.installedThemeDirectory().toLocalFile()
+                                                                         + QStringLiteral("/consumer.copy")};
+    if (!corvane::FileManager::shared()->copy(copy) || !QFileInfo::exists(copy.destinationPath))
+        return 1;
+    QFile::remove(copy.destinationPath);
 
     int exitCode = 1;
     corvane::CorvaneModule(configuration).hasUpdates(std::nullopt, [&](const corvane::ThemeRepositoryStatus& status) {

@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: MIT
+#include "Corvane/sources/SynchronizedRepository.h"
+
+#include "ThemeRepositoryScene.h"
+
+#include <QDirIterator>
+#include <QProcess>
+#include <QTest>
+
+#include <git2.h>
+
+using namespace corvane;
+using namespace corvane::test;
+
+namespace {
+
+const QString user = QStringLiteral("ada"), password = QStringLiteral("s3cret pass");
+
+// The remote of a scene served over http(s) that wants a user and password.
+struct PrivateRemote {
+    explicit PrivateRemote(ThemeRepositoryScene& scene, bool https)
+        : http(scene.root.filePath("served"), user, password)
+    {
+        if (https) {
+            tls = std::make_unique<TlsFront>(http.port());
+            git_libgit2_init();
+            git_libgit2_opts(GIT_OPT_SET_SSL_CERT_LOCATIONS, tls->caFile().toUtf8().constData(), nullptr);
+        }
+    }
+    QUrl url() const
+    {
+        return tls ? QUrl(QStringLiteral("https://127.0.0.1:%1/themes").arg(tls->port())) : http.url("themes");
+    }
+
+    SmartHttpServer http;
+    std::unique_ptr<TlsFront> tls;
+};
+
+// The files of the clone's git directory (configuration, FETCH_HEAD, logs...) that hold text.
+QStringList gitFilesHolding(const ThemeRepositoryScene& scene, const QByteArray& text)
+{
+    QStringList holding;
+    QDirIterator files(scene.clonePath() + "/.git", QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        if (readFile(path).contains(text))
+            holding << path;
+    }
+    return holding;
+}
+
+// Synchronises and lets the clone go at once; the failure's text, or nothing.
+std::optional<QString> failureOf(const SynchronizedRepository& synchronizedRepository)
+{
+    const auto synchronized = synchronizedRepository.synchronize();
+    if (synchronized)
+        return std::nullopt;
+    return synchronized.error().errorDescription();
+}
+
+// The logging proxy of the test support, and what went through it.
+class LoggingProxy {
+public:
+    LoggingProxy()
+    {
+        m_process.start(QStringLiteral("python3"),
+                        {qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/tests/support/logging-proxy.py"});
+        if (m_process.waitForReadyRead(10000))
+            m_port = m_process.readLine().trimmed().toInt();
+    }
+    ~LoggingProxy()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+    bool isRunning() const { return m_port != 0; }
+    QStringList requests()
+    {
+        m_process.waitForReadyRead(200);
+        m_log += QString::fromLatin1(m_process.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        return m_log;
+    }
+
+private:
+    QProcess m_process;
+    int m_port = 0;
+    QStringList m_log;
+};
+
+} // namespace
+
+class RemoteAccessTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        for (const char* name : {"http_proxy", "https_proxy", "no_proxy", "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY"})
+            qunsetenv(name);
+    }
+
+    // A private repository: the user and password come from the URL or from the host's provider, and
+    // neither is ever written into the clone.
+    void authenticatesWithoutStoringSecrets_data()
+    {
+        QTest::addColumn<bool>("https");
+        QTest::addColumn<QString>("inUrl");        // user information of the configured URL
+        QTest::addColumn<QStringList>("answers");  // the provider's answers, in order: a password, or "-" for none
+        QTest::addColumn<bool>("succeeds");
+        QTest::addColumn<int>("asked");            // the provider's last attempt on the first transfer (0: never asked)
+        for (const bool https : {false, true}) {
+            const char* scheme = https ? "https" : "http";
+            QTest::addRow("password in the URL over %s", scheme) << https << "ada:s3cret%20pass" << QStringList{} << true << 0;
+            QTest::addRow("provider over %s", scheme) << https << "" << QStringList{password} << true << 1;
+            QTest::addRow("only a user in the URL, provider over %s", scheme) << https << "ada" << QStringList{password} << true << 1;
+            QTest::addRow("refused once, then right over %s", scheme) << https << "" << QStringList{"wrong", password} << true << 2;
+            QTest::addRow("wrong password in the URL, provider over %s", scheme) << https << "ada:wrong" << QStringList{password} << true << 1;
+            QTest::addRow("always refused over %s", scheme) << https << "" << QStringList{"a", "b", "c", "d"} << false << 3;
+            QTest::addRow("provider gives nothing over %s", scheme) << https << "" << QStringList{"-"} << false << 1;
+            QTest::addRow("no credentials over %s", scheme) << https << "" << QStringList{} << false << 0;
+        }
+    }
+
+    void authenticatesWithoutStoringSecrets()
+    {
+        QFETCH(bool, https);
+        QFETCH(QString, inUrl);
+        QFETCH(QStringList, answers);
+        QFETCH(bool, succeeds);
+        QFETCH(int, asked);
+        ThemeRepositoryScene scene;
+        PrivateRemote remote(scene, https);
+        QVERIFY(!remote.tls || remote.tls->isRunning());
+        QUrl url = remote.url();
+        url.setUserInfo(inUrl, QUrl::TolerantMode);
+
+        QList<CredentialRequest> requests;
+        RemoteAccess access;
+        if (!answers.isEmpty()) {
+            access.credentials = [&](const CredentialRequest& request) -> std::optional<Credentials> {
+                requests << request;
+                // Every transfer (the clone, each fetch) asks afresh.
+                const QString answer = answers.value(request.attempt - 1, QStringLiteral("-"));
+                if (answer == "-")
+                    return std::nullopt;
+                return UserPassword{request.userName.isEmpty() ? user : request.userName, answer};
+            };
+        }
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), url, QStringLiteral("master"), access);
+        std::optional<QString> failure = failureOf(synchronizedRepository);
+        QVERIFY2(!failure == succeeds, qPrintable(failure.value_or("")));
+        int lastAttempt = 0;
+        for (const CredentialRequest& request : std::as_const(requests)) {
+            if (request.attempt == 1 && lastAttempt > 0)
+                break;
+            QCOMPARE(request.attempt, ++lastAttempt);
+            QCOMPARE(request.url, remote.url()); // never the secret of the URL
+            QVERIFY(request.userPasswordAllowed && !request.sshAllowed);
+        }
+        QCOMPARE(lastAttempt, asked);
+        if (failure) {
+            QVERIFY(!failure->contains("s3cret"));
+            return;
+        }
+        // The fetch of an existing clone authenticates the same way.
+        scene.commitTheme("Dawn");
+        requests.clear();
+        failure = failureOf(synchronizedRepository);
+        QVERIFY2(!failure, qPrintable(failure.value_or("")));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        for (const QByteArray secret : {"s3cret", "wrong", "ada"})
+            QVERIFY2(gitFilesHolding(scene, secret).isEmpty(), qPrintable(gitFilesHolding(scene, secret).join(' ')));
+        QCOMPARE(runGit(scene.clonePath(), {"config", "remote.origin.url"}), remote.url().toString());
+    }
+
+    // The host's check can refuse a certificate libgit2 accepted, never accept one it refused.
+    void certificateCheckCanOnlyRefuse_data()
+    {
+        QTest::addColumn<bool>("trusted"); // the certificate's authority is among the trusted ones
+        QTest::addColumn<bool>("hostAccepts");
+        QTest::addColumn<bool>("succeeds");
+        QTest::addColumn<bool>("hostAsked");
+        QTest::newRow("trusted, accepted") << true << true << true << true;
+        QTest::newRow("trusted, refused by the host") << true << false << false << true;
+        QTest::newRow("untrusted, accepted by the host") << false << true << false << false;
+    }
+
+    void certificateCheckCanOnlyRefuse()
+    {
+        QFETCH(bool, trusted);
+        QFETCH(bool, hostAccepts);
+        QFETCH(bool, succeeds);
+        QFETCH(bool, hostAsked);
+        ThemeRepositoryScene scene(trusted ? Served::https : Served::http);
+        // A second https front with an authority of its own that nobody trusts.
+        TlsFront untrusted(scene.http->port());
+        QVERIFY(untrusted.isRunning());
+        const QUrl url = trusted ? scene.remoteUrl() : QUrl(QStringLiteral("https://127.0.0.1:%1/themes").arg(untrusted.port()));
+
+        QList<ServerCertificate> asked;
+        RemoteAccess access;
+        access.certificateCheck = [&](const ServerCertificate& certificate) {
+            asked << certificate;
+            return hostAccepts;
+        };
+        const auto failure = failureOf(SynchronizedRepository(scene.cloneUrl(), url, QStringLiteral("master"), access));
+        QVERIFY2(!failure == succeeds, qPrintable(failure.value_or("")));
+        QCOMPARE(!asked.isEmpty(), hostAsked);
+        for (const ServerCertificate& certificate : std::as_const(asked)) {
+            QCOMPARE(certificate.host, QStringLiteral("127.0.0.1"));
+            QVERIFY(certificate.x509Der.size() > 100);
+        }
+        if (!succeeds && hostAsked)
+            QCOMPARE(*failure, "The certificate of 127.0.0.1 was refused by the application.");
+        if (!succeeds)
+            QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes"));
+    }
+
+    // Proxies are found where git finds them; a logging proxy shows what went through it. (libgit2 1.5
+    // connects to plain http servers directly whatever the proxy settings; https is what they serve.)
+    void goesThroughTheConfiguredProxy_data()
+    {
+        QTest::addColumn<QString>("served");   // http or https
+        QTest::addColumn<QString>("setting"); // how the proxy is named
+        QTest::addColumn<QString>("expected"); // the start of the proxy's first request line; empty: unused
+        QTest::newRow("https_proxy") << "https" << "https_proxy" << "CONNECT 127.0.0.1:";
+        QTest::newRow("HTTPS_PROXY") << "https" << "HTTPS_PROXY" << "CONNECT 127.0.0.1:";
+        QTest::newRow("http.proxy of the clone's configuration") << "https" << "http.proxy" << "CONNECT 127.0.0.1:";
+        QTest::newRow("no_proxy names the server") << "https" << "https_proxy no_proxy" << "";
+        QTest::newRow("no proxy named") << "https" << "" << "";
+    }
+
+    void goesThroughTheConfiguredProxy()
+    {
+        QFETCH(QString, served);
+        QFETCH(QString, setting);
+        QFETCH(QString, expected);
+        ThemeRepositoryScene scene(served == "https" ? Served::https : Served::http);
+        LoggingProxy proxy;
+        QVERIFY(proxy.isRunning());
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
+        if (setting == "http.proxy") {
+            // The clone's own configuration is read on every fetch.
+            QVERIFY(!failureOf(synchronizedRepository));
+            runGit(scene.clonePath(), {"config", "http.proxy", proxy.url()});
+            scene.commitTheme("Dawn");
+        }
+        for (const QString& name : setting.split(' ', Qt::SkipEmptyParts)) {
+            if (name.endsWith("_proxy", Qt::CaseInsensitive))
+                qputenv(name.toLatin1().constData(), name == "no_proxy" ? QByteArray("127.0.0.1") : proxy.url().toLatin1());
+        }
+
+        const auto failure = failureOf(synchronizedRepository);
+        QVERIFY2(!failure, qPrintable(failure.value_or("")));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        const QStringList requests = proxy.requests();
+        if (expected.isEmpty()) {
+            QVERIFY2(requests.isEmpty(), qPrintable(requests.join('\n')));
+        } else {
+            QVERIFY(!requests.isEmpty());
+            QVERIFY2(requests.first().startsWith(expected + QString::number(scene.tls ? scene.tls->port() : scene.http->port())),
+                     qPrintable(requests.first()));
+        }
+    }
+
+    // The clone follows the configured branch, and the configured remote wherever it moves.
+    void followsTheConfiguredBranchAndRemote_data()
+    {
+        QTest::addColumn<QString>("remoteBranch");
+        QTest::addColumn<QString>("configuredBranch");
+        QTest::addColumn<QString>("change"); // what happens between two synchronisations
+        QTest::addColumn<QString>("failure"); // empty: both succeed
+        QTest::newRow("a repository on main") << "main" << "main" << "" << "";
+        QTest::newRow("main, master configured") << "main" << "master" << ""
+                                                 << "cannot locate remote-tracking branch 'origin/master'";
+        QTest::newRow("the repository moved") << "master" << "master" << "moved" << "";
+        QTest::newRow("the clone stores a password") << "master" << "master" << "password stored" << "";
+        QTest::newRow("origin renamed by hand") << "master" << "master" << "no origin" << "remote 'origin' does not exist";
+    }
+
+    void followsTheConfiguredBranchAndRemote()
+    {
+        QFETCH(QString, remoteBranch);
+        QFETCH(QString, configuredBranch);
+        QFETCH(QString, change);
+        QFETCH(QString, failure);
+        ThemeRepositoryScene scene;
+        if (remoteBranch != "master")
+            runGit(scene.remote.path(), {"branch", "-m", "master", remoteBranch});
+        std::optional<QString> failed = failureOf(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl(), configuredBranch));
+        if (change.isEmpty() && !failure.isEmpty()) {
+            QCOMPARE(failed.value_or(""), failure);
+            return;
+        }
+        QVERIFY2(!failed, qPrintable(failed.value_or("")));
+
+        QUrl remoteUrl = scene.remoteUrl();
+        if (change == "moved") {
+            scene.moveRemote(true);
+            remoteUrl = QUrl::fromLocalFile(scene.root.filePath("away"));
+        } else if (change == "password stored") {
+            QUrl withPassword = remoteUrl;
+            withPassword.setUserInfo("ada:s3cret");
+            runGit(scene.clonePath(), {"config", "remote.origin.url", withPassword.toString()});
+        } else if (change == "no origin") {
+            runGit(scene.clonePath(), {"remote", "rename", "origin", "upstream"});
+        }
+        const QString newest = change == "moved" ? QString() : scene.commitTheme("Dawn");
+
+        failed = failureOf(SynchronizedRepository(scene.cloneUrl(), remoteUrl, configuredBranch));
+        if (!failure.isEmpty()) {
+            QCOMPARE(failed.value_or(""), failure);
+            return;
+        }
+        QVERIFY2(!failed, qPrintable(failed.value_or("")));
+        QCOMPARE(runGit(scene.clonePath(), {"config", "remote.origin.url"}), remoteUrl.toString());
+        if (!newest.isEmpty())
+            QCOMPARE(scene.cloneHead(), newest);
+    }
+};
+
+QTEST_GUILESS_MAIN(RemoteAccessTest)
+#include "RemoteAccessTest.moc"

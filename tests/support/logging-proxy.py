@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+# An HTTP proxy on 127.0.0.1 that says what passed through it: CONNECT tunnels for https, requests with
+# absolute targets passed on unchanged for http. Prints its port once listening, then the first request
+# line of every connection; runs until killed.
+#
+# usage: logging-proxy.py
+import socket
+import sys
+import threading
+
+listener = socket.socket()
+listener.bind(("127.0.0.1", 0))
+listener.listen(16)
+print(listener.getsockname()[1], flush=True)
+log = threading.Lock()
+
+
+def pipe(source, sink):
+    try:
+        while data := source.recv(65536):
+            sink.sendall(data)
+    except OSError:
+        pass
+    finally:
+        try:
+            sink.shutdown(socket.SHUT_WR)
+        except OSError:
+            pass
+
+
+def serve(client):
+    head = b""
+    while b"\r\n\r\n" not in head:
+        data = client.recv(65536)
+        if not data:
+            client.close()
+            return
+        head += data
+    request_line = head.split(b"\r\n", 1)[0].decode("latin-1")
+    with log:
+        print(request_line, flush=True)
+    method, target = request_line.split(" ")[:2]
+    if method == "CONNECT":
+        host, port = target.rsplit(":", 1)
+        upstream = socket.create_connection((host, int(port)))
+        client.sendall(b"HTTP/1.1 200 Connection established\r\n\r\n")
+        rest = head.split(b"\r\n\r\n", 1)[1]
+    else:
+        authority = target.split("://", 1)[1].split("/", 1)[0]
+        host, port = authority.rsplit(":", 1) if ":" in authority else (authority, "80")
+        upstream = socket.create_connection((host, int(port)))
+        rest = head
+    if rest:
+        upstream.sendall(rest)
+    threading.Thread(target=pipe, args=(client, upstream), daemon=True).start()
+    pipe(upstream, client)
+
+
+while True:
+    connection, _ = listener.accept()
+    threading.Thread(target=serve, args=(connection,), daemon=True).start()
