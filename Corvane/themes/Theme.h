@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Version/Version.h"
+#include "Corvane/Version/Version.h"
 
 #include <QString>
 #include <QStringList>
