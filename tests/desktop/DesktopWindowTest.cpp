@@ -17,9 +17,11 @@
 #include "TrashSandbox.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
@@ -358,6 +360,49 @@ private slots:
         QTest::qWait(300);
         QVERIFY(QFileInfo::exists(updater.clone + u"/.git"_s));
         QVERIFY(QFileInfo::exists(updater.installed + u"/harbor-night.theme.json"_s));
+    }
+
+    void findNarrowsTheRowsAndUpdateAllActsOnThoseShown()
+    {
+        TrashSandbox trash;
+        Updater updater(12); // Theme 000 … Theme 011, and Harbor Night
+        updater.openReady(updater.remote.fileUrl());
+        QVERIFY(xdotool({u"key"_s, u"ctrl+f"_s}));
+        QTRY_VERIFY(updater.list->findField()->hasFocus());
+        QVERIFY(xdotool({u"type"_s, u"--delay"_s, u"20"_s, u"theme 01"_s}));
+        QTRY_COMPARE(updater.list->tableViewModel().entries().size(), 2);
+        QCOMPARE(updater.list->updateAllButton()->text(), u"Update 2 Shown"_s);
+        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
+                  u"find"_s);
+        QTest::qWait(QApplication::doubleClickInterval());
+        QVERIFY(xdotool(clickAt(globalRect(updater.list->updateAllButton()).center())));
+        QTRY_VERIFY_WITH_TIMEOUT(updater.installedCount() == 3 && updater.settled(), comparisonTimeout);
+        QCOMPARE(updater.list->tableViewModel().entries().size(), 0); // both shown rows installed
+        QVERIFY(xdotool({u"key"_s, u"ctrl+f"_s}));
+        QTRY_VERIFY(updater.list->findField()->hasFocus());
+        QVERIFY(xdotool({u"key"_s, u"Escape"_s})); // clears the find text: every row again
+        QTRY_COMPARE(updater.list->tableViewModel().entries().size(), 11);
+        QCOMPARE(updater.list->updateAllButton()->text(), u"Update All"_s);
+    }
+
+    void f5RefreshesAndARowsMenuCopiesItsName()
+    {
+        TrashSandbox trash;
+        Updater updater(2);
+        updater.openReady(updater.remote.fileUrl());
+        bool reloaded = false;
+        connect(updater.wireframe->windowController().get(), &CorvaneWindowController::themeEntriesShown, this,
+                [&](bool loading) { reloaded |= loading; });
+        QVERIFY(xdotool({u"key"_s, u"F5"_s}));
+        QTRY_VERIFY_WITH_TIMEOUT(reloaded && updater.settled(), comparisonTimeout);
+
+        QApplication::clipboard()->clear();
+        const QString name = updater.list->tableViewModel().entries().at(0).name;
+        // The menu runs its own loop: the keys that choose "Copy Name" come from a timer inside it.
+        QTimer::singleShot(400, this, [] { xdotool({u"key"_s, u"Down"_s, u"Down"_s, u"Return"_s}); });
+        QVERIFY(xdotool({u"mousemove"_s, QString::number(globalRect(updater.cell(0)).center().x()),
+                         QString::number(globalRect(updater.cell(0)).center().y()), u"click"_s, u"3"_s}));
+        QTRY_COMPARE(QApplication::clipboard()->text(), name);
     }
 
     void theUpdaterOpensOverTheHostAndComesBackWhereItWasLeft()
