@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/IntactCheckout.h"
 #include "Corvane/sources/SpecialFileSweep.h"
 
 #include <QDir>
@@ -45,6 +46,13 @@ Result<void, GitError> update(const Repository& repository)
                                                      QStringLiteral(".theme.json"));
         !prepared)
         return prepared;
+    // Most synchronisations find the remote unchanged and nobody editing the clone: then the forced
+    // checkout, which rewrites the index after looking at every file, would change nothing.
+    auto intact = IntactCheckout::holds(repository.raw(), branch->oid().raw());
+    if (!intact)
+        return std::unexpected(intact.error());
+    if (*intact)
+        return {};
     return repository.checkout(*branch, CheckoutStrategy::force);
 }
 
