@@ -71,7 +71,9 @@ results = {r["command"]: r for r in json.load(open(sys.argv[1]))["results"]}
 corvane = results["corvane check"]
 for name in ("git fetch && git rev-parse HEAD", "git fetch && git checkout -f && git rev-parse HEAD"):
     peer = results[name]
-    print(f"corvane check {corvane['mean'] * 1000:.1f} ms ± {corvane['stddev'] * 1000:.1f} against "
-          f"{name} {peer['mean'] * 1000:.1f} ms ± {peer['stddev'] * 1000:.1f}: "
-          f"ratio {corvane['mean'] / peer['mean']:.2f}x")
+    print(f"corvane check {corvane['mean'] * 1000:.1f} ms ± {corvane['stddev'] * 1000:.1f} (median "
+          f"{corvane['median'] * 1000:.1f}, min {corvane['min'] * 1000:.1f}) against {name} "
+          f"{peer['mean'] * 1000:.1f} ms ± {peer['stddev'] * 1000:.1f} (median {peer['median'] * 1000:.1f}, "
+          f"min {peer['min'] * 1000:.1f}): ratio {corvane['mean'] / peer['mean']:.2f}x by the means, "
+          f"{corvane['median'] / peer['median']:.2f}x by the medians")
 PY

@@ -177,7 +177,7 @@ Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const g
     if (const int code = git_repository_index(&rawIndex, repository); code < 0)
         return std::unexpected(makeGitError(code));
     IndexHandle index(rawIndex);
-    if (const int code = git_index_read(index.get(), 1); code < 0)
+    if (const int code = git_index_read(index.get(), 0); code < 0)
         return std::unexpected(makeGitError(code));
     if (auto holdsTree = indexHoldsTree(repository, index.get(), commitId); !holdsTree || !*holdsTree)
         return holdsTree;

@@ -42,17 +42,18 @@ Result<void, GitError> update(const Repository& repository)
     auto branch = repository.remoteBranch(QStringLiteral("origin/master"));
     if (!branch)
         return std::unexpected(branch.error());
-    if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
-                                                     QStringLiteral(".theme.json"));
-        !prepared)
-        return prepared;
     // Most synchronisations find the remote unchanged and nobody editing the clone: then the forced
-    // checkout, which rewrites the index after looking at every file, would change nothing.
+    // checkout, which rewrites the index after looking at every file, would change nothing, and the
+    // commit was prepared before it was first checked out.
     auto intact = IntactCheckout::holds(repository.raw(), branch->oid().raw());
     if (!intact)
         return std::unexpected(intact.error());
     if (*intact)
         return {};
+    if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
+                                                     QStringLiteral(".theme.json"));
+        !prepared)
+        return prepared;
     return repository.checkout(*branch, CheckoutStrategy::force);
 }
 

@@ -281,27 +281,32 @@ private slots:
     void refusesOversizedThemesBeforeCheckingOut_data()
     {
         QTest::addColumn<bool>("firstClone");
-        QTest::newRow("first clone") << true;
-        QTest::newRow("fetch into a clone") << false;
+        QTest::addColumn<QString>("fileName");
+        QTest::newRow("first clone") << true << "Huge.theme.json";
+        QTest::newRow("fetch into a clone") << false << "Huge.theme.json";
+        // The clone already holds a file at that path, only not this content.
+        QTest::newRow("a checked-out theme grows too large") << false << "Dusk.theme.json";
     }
 
     void refusesOversizedThemesBeforeCheckingOut()
     {
         QFETCH(bool, firstClone);
+        QFETCH(QString, fileName);
         ThemeRepositoryScene scene;
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         if (!firstClone)
             QVERIFY(synchronizedRepository.synchronize());
         const QString before = firstClone ? QString() : scene.cloneHead();
-        writeFile(scene.remote.themesDirectory(), "Huge.theme.json", QByteArray(4 * 1024 * 1024 + 1, ' '));
+        const QByteArray checkedOut = readFile(scene.clonePath() + "/Themes/" + fileName);
+        writeFile(scene.remote.themesDirectory(), fileName, QByteArray(4 * 1024 * 1024 + 1, ' '));
         scene.remote.commitAll("Huge");
 
         const auto synchronized = synchronizedRepository.synchronize();
         QVERIFY(!synchronized);
         QCOMPARE(synchronized.error().errorDescription(),
-                 QString("The theme file '%1/Themes/Huge.theme.json' has 4194305 bytes; a theme file may have at most "
-                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath()));
-        QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes/Huge.theme.json"));
+                 QString("The theme file '%1/Themes/%2' has 4194305 bytes; a theme file may have at most "
+                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath(), fileName));
+        QCOMPARE(readFile(scene.clonePath() + "/Themes/" + fileName), checkedOut);
         if (!firstClone)
             QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());
     }
