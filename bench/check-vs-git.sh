@@ -10,7 +10,8 @@
 # Peers, in a plain clone: `git fetch && git rev-parse HEAD`, the floor: it neither looks at the working
 # tree nor locks anything; and `git fetch && git checkout -f --detach origin/master && git rev-parse
 # HEAD`, the same work as corvane check, which also puts back every tracked file edited by hand and so
-# must look at each one (10,000 lstat calls).
+# must look at each one (10,000 lstat calls). BASELINE=path/to/an/older/corvane times that build too,
+# on a clone of its own, for a before/after.
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -57,9 +58,15 @@ echo "$(ls "$work/remote/Themes" | wc -l) themes, $(du -sh --apparent-size "$wor
 
 quote() { printf '%q ' "$@"; }
 plain=$(printf %q "$work/plain")
+baseline=()
+if [ -n "${BASELINE:-}" ]; then
+    before=("$BASELINE" check --remote "$remote" --clone "$work/baseline-clone" --since "$head")
+    [ "$("${before[@]}")" = up-to-date ]
+    baseline=(-n "baseline check" "$(quote "${before[@]}")")
+fi
 echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
 hyperfine --warmup 3 --runs "$runs" --export-json "$work/times.json" --style basic \
-    -n "corvane check" "$(quote "${check[@]}")" \
+    -n "corvane check" "$(quote "${check[@]}")" "${baseline[@]}" \
     -n "git fetch && git rev-parse HEAD" \
     "git -C $plain fetch --quiet && git -C $plain rev-parse HEAD" \
     -n "git fetch && git checkout -f && git rev-parse HEAD" \
@@ -69,9 +76,15 @@ python3 - "$work/times.json" <<'PY'
 import json, sys
 results = {r["command"]: r for r in json.load(open(sys.argv[1]))["results"]}
 corvane = results["corvane check"]
+if "baseline check" in results:
+    print(f"baseline check {results['baseline check']['mean'] * 1000:.1f} ms (median "
+          f"{results['baseline check']['median'] * 1000:.1f}): {results['baseline check']['median'] / corvane['median']:.2f}x "
+          f"the median of corvane check")
 for name in ("git fetch && git rev-parse HEAD", "git fetch && git checkout -f && git rev-parse HEAD"):
     peer = results[name]
-    print(f"corvane check {corvane['mean'] * 1000:.1f} ms ± {corvane['stddev'] * 1000:.1f} against "
-          f"{name} {peer['mean'] * 1000:.1f} ms ± {peer['stddev'] * 1000:.1f}: "
-          f"ratio {corvane['mean'] / peer['mean']:.2f}x")
+    print(f"corvane check {corvane['mean'] * 1000:.1f} ms ± {corvane['stddev'] * 1000:.1f} (median "
+          f"{corvane['median'] * 1000:.1f}, min {corvane['min'] * 1000:.1f}) against {name} "
+          f"{peer['mean'] * 1000:.1f} ms ± {peer['stddev'] * 1000:.1f} (median {peer['median'] * 1000:.1f}, "
+          f"min {peer['min'] * 1000:.1f}): ratio {corvane['mean'] / peer['mean']:.2f}x by the means, "
+          f"{corvane['median'] / peer['median']:.2f}x by the medians")
 PY

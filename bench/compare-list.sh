@@ -9,6 +9,7 @@
 # older; every clone is synchronised once beforehand, so each run finds the remote unchanged.
 # Peers: (a) git fetch + git checkout -f origin/master + Python's json and a dict, (b) the same with
 # jq, (c) the floor: the two git commands and cat of every theme file. PYTHON names the interpreter.
+# BASELINE=path/to/an/older/corvane times that build too, on a clone of its own, for a before/after.
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -49,8 +50,14 @@ cmp "$work/corvane.out" "$work/jq.out"
 echo "$(wc -l < "$work/corvane.out") rows, identical for corvane, Python and jq" >&2
 
 quote() { printf '%q ' "$@"; }
+baseline=()
+if [ -n "${BASELINE:-}" ]; then
+    before=("$BASELINE" list --remote "$remote" --clone "$work/baseline-clone" --installed "$work/installed")
+    "${before[@]}" | cmp - "$work/corvane.out"
+    baseline=(-n baseline "$(quote "${before[@]}")")
+fi
 hyperfine --warmup 3 --runs "$runs" --export-json "$work/times.json" --style basic \
-    -n corvane "$(quote "${list[@]}")" \
+    -n corvane "$(quote "${list[@]}")" "${baseline[@]}" \
     -n python "$(quote "${python[@]}")" \
     -n jq "$(quote "${jq[@]}")" \
     -n floor "$(quote "${floor[@]}")"
@@ -84,5 +91,7 @@ print()
 print("corvane / floor time: %.2fx (target <= 1.0x)" % (c["mean"] / results["floor"]["mean"]))
 print("python / corvane time: %.2fx (target >= 3x)" % (results["python"]["mean"] / c["mean"]))
 print("jq / corvane time:     %.2fx" % (results["jq"]["mean"] / c["mean"]))
+if "baseline" in results:
+    print("baseline / corvane time: %.2fx (mean %.1f ms)" % (results["baseline"]["mean"] / c["mean"], results["baseline"]["mean"] * 1e3))
 print("corvane / python peak memory: %.2fx (target <= 2x)" % (memory["corvane"] / memory["python"]))
 PY

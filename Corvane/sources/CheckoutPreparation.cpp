@@ -32,8 +32,19 @@ bool isTracked(git_tree* tree, git_index* index, const QByteArray& path)
     return inIndex;
 }
 
-Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tree* tree, const QString& themesDirectory,
-                                             const QString& suffix)
+// Whether the index already holds this very blob at this path: then it was looked at before the
+// checkout that put it there, and reading its size again (which means inflating the start of a
+// packed delta) is what made checking an unchanged commit slow.
+bool alreadyCheckedOut(git_index* index, const QByteArray& path, const git_oid& blob)
+{
+    if (!index)
+        return false;
+    const git_index_entry* entry = git_index_get_bypath(index, path.constData(), 0);
+    return entry && git_oid_equal(&entry->id, &blob);
+}
+
+Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tree* tree, git_index* checkedOut,
+                                             const QString& themesDirectory, const QString& suffix)
 {
     git_tree_entry* rawEntry = nullptr;
     const int found = git_tree_entry_bypath(&rawEntry, tree, themesDirectory.toUtf8().constData());
@@ -56,11 +67,17 @@ Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tre
     OdbHandle odb(rawOdb);
 
     const QByteArray suffixBytes = suffix.toUtf8();
+    QByteArray path = themesDirectory.toUtf8() + '/';
+    const qsizetype directoryLength = path.size();
     const size_t count = git_tree_entrycount(themes.get());
     for (size_t index = 0; index < count; ++index) {
         const git_tree_entry* theme = git_tree_entry_byindex(themes.get(), index);
         const QByteArray name(git_tree_entry_name(theme));
         if (git_tree_entry_type(theme) != GIT_OBJECT_BLOB || !name.endsWith(suffixBytes))
+            continue;
+        path.truncate(directoryLength);
+        path += name;
+        if (alreadyCheckedOut(checkedOut, path, *git_tree_entry_id(theme)))
             continue;
         size_t size = 0;
         git_object_t type = GIT_OBJECT_INVALID;
@@ -91,16 +108,18 @@ Result<void, GitError> CheckoutPreparation::prepare(git_repository* repository, 
         return std::unexpected(makeGitError(code));
     TreeHandle tree(rawTree);
 
-    if (auto refused = refuseOversizedThemes(repository, tree.get(), themesDirectory, suffix); !refused)
-        return refused;
-
     const char* workdir = git_repository_workdir(repository);
+    IndexHandle index;
+    if (workdir) {
+        git_index* rawIndex = nullptr;
+        if (const int code = git_repository_index(&rawIndex, repository); code < 0)
+            return std::unexpected(makeGitError(code));
+        index.reset(rawIndex);
+    }
+    if (auto refused = refuseOversizedThemes(repository, tree.get(), index.get(), themesDirectory, suffix); !refused)
+        return refused;
     if (!workdir)
         return {};
-    git_index* rawIndex = nullptr;
-    if (const int code = git_repository_index(&rawIndex, repository); code < 0)
-        return std::unexpected(makeGitError(code));
-    IndexHandle index(rawIndex);
     SpecialFileSweep::clearTracked(QFile::decodeName(workdir),
                                    [&](const QByteArray& path) { return isTracked(tree.get(), index.get(), path); });
     return {};

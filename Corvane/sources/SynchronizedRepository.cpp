@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/IntactCheckout.h"
 #include "Corvane/sources/RemoteAuthentication.h"
 #include "Corvane/sources/SpecialFileSweep.h"
 
@@ -58,6 +59,14 @@ Result<void, GitError> update(const Repository& repository, const QUrl& remoteUR
     auto branch = repository.remoteBranch(QStringLiteral("origin/") + branchName);
     if (!branch)
         return std::unexpected(branch.error());
+    // Most synchronisations find the remote unchanged and nobody editing the clone: then the forced
+    // checkout, which rewrites the index after looking at every file, would change nothing, and the
+    // commit was prepared before it was first checked out.
+    auto intact = IntactCheckout::holds(repository.raw(), branch->oid().raw());
+    if (!intact)
+        return std::unexpected(intact.error());
+    if (*intact)
+        return {};
     if (auto prepared = CheckoutPreparation::prepare(repository.raw(), branch->oid().raw(), QStringLiteral("Themes"),
                                                      QStringLiteral(".theme.json"));
         !prepared)

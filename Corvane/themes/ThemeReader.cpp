@@ -7,6 +7,10 @@
 #include <QFile>
 
 #include <algorithm>
+#include <atomic>
+#include <iterator>
+#include <optional>
+#include <thread>
 #include <cstdint>
 #include <vector>
 
@@ -59,6 +63,49 @@ bool ThemeReader::nameOrdersBefore(QStringView left, QStringView right)
     return codePointRank(*mine) < codePointRank(*theirs);
 }
 
+namespace {
+
+// Below this many theme files a second thread costs more than it saves.
+constexpr std::size_t filesWorthASecondThread = 512;
+
+// Decodes theme files in listing order, as one thread of a reading does: stops at the first that
+// fails, or once `giveUp` says its results will not be used.
+struct ThemeFileRange {
+    const std::vector<DirectoryEntries::Entry>* files;
+    std::size_t begin, end;
+    const QString* prefix;
+    const QByteArray* encodedPrefix;
+    int listed;
+
+    std::optional<ThemeDecodingError> decode(ThemeDecoder& decoder, QList<StoredTheme>& themes,
+                                             const std::atomic<bool>& giveUp) const
+    {
+        QByteArray fullName;
+        themes.reserve(qsizetype(end - begin));
+        for (std::size_t index = begin; index < end && !giveUp.load(std::memory_order_relaxed); ++index) {
+            DirectoryEntries::Entry entry = (*files)[index];
+            const QByteArrayView name = entry.encodedName;
+            int base = listed;
+            if (base < 0) {
+                base = AT_FDCWD;
+                if (!entry.encodedName.startsWith('/')) {
+                    fullName = *encodedPrefix + entry.encodedName.toByteArray();
+                    entry.encodedName = fullName;
+                }
+            }
+            auto theme = decoder.decodeListedTheme(base, entry, [&] {
+                return QUrl::fromLocalFile(DirectoryEntries::localPath(*prefix, name));
+            });
+            if (!theme)
+                return ThemeDecodingError{std::move(theme.error())};
+            themes.append(StoredTheme{DirectoryEntries::localPath(*prefix, name), std::move(*theme)});
+        }
+        return std::nullopt;
+    }
+};
+
+} // namespace
+
 Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUrl& directory) const
 {
     auto entries = m_directoryLister->entriesInDirectory(directory);
@@ -71,31 +118,45 @@ Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUr
     // open by their full paths, each with the reason the system gives.
     const QByteArray encodedPrefix = FileNameEncoding::encodeOrEmpty(prefix);
     const Descriptor listed(::open(encodedPrefix.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    QByteArray fullName;
 
-    QList<StoredTheme> themes;
-    themes.reserve(entries->size());
+    std::vector<DirectoryEntries::Entry> files;
+    files.reserve(std::size_t(entries->size()));
     for (qsizetype index = 0; index < entries->size(); ++index) {
-        DirectoryEntries::Entry entry = (*entries)[index];
-        const QByteArrayView name = entry.encodedName;
-        if (!isThemeFileName(name))
-            continue;
-        int base = listed.get();
-        if (base < 0) {
-            base = AT_FDCWD;
-            if (!entry.encodedName.startsWith('/')) {
-                fullName = encodedPrefix + entry.encodedName.toByteArray();
-                entry.encodedName = fullName;
-            }
-        }
-        auto theme = m_themeDecoder->decodeListedTheme(base, entry, [&] {
-            return QUrl::fromLocalFile(DirectoryEntries::localPath(prefix, name));
-        });
-        if (!theme)
-            return std::unexpected(ThemeDecodingError{std::move(theme.error())});
-        themes.append(StoredTheme{DirectoryEntries::localPath(prefix, name), std::move(*theme)});
+        if (isThemeFileName((*entries)[index].encodedName))
+            files.push_back((*entries)[index]);
     }
 
+    // A large directory is decoded on two cores: the first half here, the second half on a thread of
+    // its own with a decoder of its own. The result is the one reading in listing order gives: the
+    // first half's failure if it has one, else the second half's first failure, else every theme in
+    // listing order (which the stable sort keeps for equal names).
+    const bool split = files.size() >= filesWorthASecondThread && std::thread::hardware_concurrency() > 1;
+    const std::size_t middle = split ? files.size() / 2 : files.size();
+    const ThemeFileRange first{&files, 0, middle, &prefix, &encodedPrefix, listed.get()};
+    const ThemeFileRange second{&files, middle, files.size(), &prefix, &encodedPrefix, listed.get()};
+    std::atomic<bool> firstFailed{false};
+    const std::atomic<bool> neverGiveUp{false};
+    QList<StoredTheme> secondThemes;
+    std::optional<ThemeDecodingError> secondFailure;
+    std::thread helper;
+    if (split) {
+        if (!m_helperDecoder)
+            m_helperDecoder = std::make_unique<ThemeDecoder>();
+        helper = std::thread([&] { secondFailure = second.decode(*m_helperDecoder, secondThemes, firstFailed); });
+    }
+    QList<StoredTheme> themes;
+    std::optional<ThemeDecodingError> firstFailure = first.decode(*m_themeDecoder, themes, neverGiveUp);
+    firstFailed.store(firstFailure.has_value());
+    if (helper.joinable())
+        helper.join();
+    if (firstFailure)
+        return std::unexpected(std::move(*firstFailure));
+    if (secondFailure)
+        return std::unexpected(std::move(*secondFailure));
+    if (!secondThemes.isEmpty()) {
+        themes.reserve(themes.size() + secondThemes.size());
+        std::move(secondThemes.begin(), secondThemes.end(), std::back_inserter(themes));
+    }
     return sortedByName(std::move(themes));
 }
 

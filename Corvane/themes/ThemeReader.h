@@ -15,7 +15,7 @@
 namespace corvane {
 
 // Reads every theme file (name ending in ".theme.json") of one directory, sorted by theme name.
-// One broken file fails the whole reading. Not for two threads at once (its decoder is not).
+// One broken file fails the whole reading. Not for two threads at once (its decoders are not).
 class ThemeReader {
 public:
     ThemeReader(std::shared_ptr<ThemeDecoder> themeDecoder, std::shared_ptr<const DirectoryLister> directoryLister);
@@ -36,6 +36,8 @@ public:
 
 private:
     std::shared_ptr<ThemeDecoder> m_themeDecoder;
+    // Decodes the second half of a large directory on another core; made on first need.
+    mutable std::unique_ptr<ThemeDecoder> m_helperDecoder;
     std::shared_ptr<const DirectoryLister> m_directoryLister;
 };
 

@@ -9,6 +9,7 @@
 #include <QTcpServer>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace corvane;
@@ -25,6 +26,34 @@ QByteArray deadProcessLock()
     const qint64 pid = process.processId();
     process.waitForFinished();
     return QByteArray::number(pid) + "\ncorvane\n" + QSysInfo::machineHostName().toUtf8() + "\n";
+}
+
+// Rewrites a file's index entry with the file's present status but the id it had, then gives the
+// index file the file's modification time: what the index holds when the file changed right after git
+// looked at it, in the same tick. The index is opened on its own, so libgit2 does not refresh it.
+void recordStatusWithOldContent(const QString& indexPath, const char* entryPath, const QString& file)
+{
+    git_libgit2_init();
+    git_index* index = nullptr;
+    QCOMPARE(git_index_open(&index, QFile::encodeName(indexPath).constData()), 0);
+    const git_index_entry* recorded = git_index_get_bypath(index, entryPath, 0);
+    QVERIFY(recorded);
+    git_index_entry entry = *recorded;
+    struct stat status {};
+    QCOMPARE(::stat(QFile::encodeName(file).constData(), &status), 0);
+    entry.ctime = {int32_t(status.st_ctim.tv_sec), uint32_t(status.st_ctim.tv_nsec)};
+    entry.mtime = {int32_t(status.st_mtim.tv_sec), uint32_t(status.st_mtim.tv_nsec)};
+    entry.dev = uint32_t(status.st_dev);
+    entry.ino = uint32_t(status.st_ino);
+    entry.uid = status.st_uid;
+    entry.gid = status.st_gid;
+    entry.file_size = uint32_t(status.st_size);
+    QCOMPARE(git_index_add(index, &entry), 0);
+    QCOMPARE(git_index_write(index), 0);
+    git_index_free(index);
+    const struct timespec times[2] = {status.st_atim, status.st_mtim};
+    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(indexPath).constData(), times, 0), 0);
+    git_libgit2_shutdown();
 }
 
 class SynchronizedRepositoryTest : public QObject {
@@ -98,6 +127,76 @@ private slots:
             synchronized = synchronizedRepository.synchronize();
         }
         QVERIFY2(synchronized, qPrintable(synchronized ? QString() : synchronized.error().errorDescription()));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        QVERIFY(scene.cloneIsClean());
+    }
+
+    // A synchronisation that finds the remote unchanged skips the forced checkout only when no tracked
+    // file differs from the commit; every way a file can be changed by hand must still be put back.
+    void restoresTrackedFilesChangedByHand_data()
+    {
+        QTest::addColumn<QString>("change");
+        for (const char* change : {"untouched", "edited, other size", "edited, same size, time put back",
+                                   "edited in the tick the index was written", "edited and staged", "removed",
+                                   "replaced by a directory", "made executable"})
+            QTest::newRow(change) << change;
+    }
+
+    void restoresTrackedFilesChangedByHand()
+    {
+        QFETCH(QString, change);
+        ThemeRepositoryScene scene;
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
+        QVERIFY(synchronizedRepository.synchronize());
+        const QString clone = scene.clonePath();
+        const QString theme = clone + "/Themes/Dusk.theme.json";
+        const QString indexPath = clone + "/.git/index";
+        const QByteArray original = readFile(theme);
+        struct stat before {};
+        QCOMPARE(::stat(QFile::encodeName(theme).constData(), &before), 0);
+        QByteArray sameSize = original;
+        sameSize[sameSize.indexOf("Dusk")] = 'R'; // "Rusk": one byte, same length
+        const auto editInPlace = [&](const QByteArray& content) {
+            QFile file(theme);
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            QCOMPARE(file.write(content), content.size());
+        };
+
+        if (change == "edited, other size") {
+            editInPlace("{ broken by hand");
+        } else if (change == "edited, same size, time put back") {
+            editInPlace(sameSize);
+            const struct timespec times[2] = {before.st_atim, before.st_mtim};
+            QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(theme).constData(), times, 0), 0);
+        } else if (change == "edited in the tick the index was written") {
+            // As if git had looked at the file just before it changed, within one tick of the clock:
+            // the index records the file's present status with the old content's id, and the index
+            // file bears the same time, so only the content can tell.
+            editInPlace(sameSize);
+            recordStatusWithOldContent(indexPath, "Themes/Dusk.theme.json", theme);
+        } else if (change == "edited and staged") {
+            editInPlace(sameSize);
+            runGit(clone, {"add", "Themes/Dusk.theme.json"});
+        } else if (change == "removed") {
+            QVERIFY(QFile::remove(theme));
+        } else if (change == "replaced by a directory") {
+            QVERIFY(QFile::remove(theme));
+            QVERIFY(QDir().mkpath(theme));
+        } else if (change == "made executable") {
+            QVERIFY(QFile::setPermissions(theme, QFile::permissions(theme) | QFileDevice::ExeOwner));
+        }
+        struct stat indexBefore {};
+        QCOMPARE(::stat(QFile::encodeName(indexPath).constData(), &indexBefore), 0);
+
+        auto synchronized = synchronizedRepository.synchronize();
+        QVERIFY2(synchronized, qPrintable(synchronized ? QString() : synchronized.error().errorDescription()));
+        if (change == "untouched") { // nothing to put back: the index was not rewritten either
+            struct stat indexAfter {};
+            QCOMPARE(::stat(QFile::encodeName(indexPath).constData(), &indexAfter), 0);
+            QCOMPARE(indexAfter.st_ino, indexBefore.st_ino);
+        }
+        QCOMPARE(readFile(theme), original);
+        QVERIFY(!(QFile::permissions(theme) & QFileDevice::ExeOwner));
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
         QVERIFY(scene.cloneIsClean());
     }
@@ -181,27 +280,32 @@ private slots:
     void refusesOversizedThemesBeforeCheckingOut_data()
     {
         QTest::addColumn<bool>("firstClone");
-        QTest::newRow("first clone") << true;
-        QTest::newRow("fetch into a clone") << false;
+        QTest::addColumn<QString>("fileName");
+        QTest::newRow("first clone") << true << "Huge.theme.json";
+        QTest::newRow("fetch into a clone") << false << "Huge.theme.json";
+        // The clone already holds a file at that path, only not this content.
+        QTest::newRow("a checked-out theme grows too large") << false << "Dusk.theme.json";
     }
 
     void refusesOversizedThemesBeforeCheckingOut()
     {
         QFETCH(bool, firstClone);
+        QFETCH(QString, fileName);
         ThemeRepositoryScene scene;
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
         if (!firstClone)
             QVERIFY(synchronizedRepository.synchronize());
         const QString before = firstClone ? QString() : scene.cloneHead();
-        writeFile(scene.remote.themesDirectory(), "Huge.theme.json", QByteArray(4 * 1024 * 1024 + 1, ' '));
+        const QByteArray checkedOut = readFile(scene.clonePath() + "/Themes/" + fileName);
+        writeFile(scene.remote.themesDirectory(), fileName, QByteArray(4 * 1024 * 1024 + 1, ' '));
         scene.remote.commitAll("Huge");
 
         const auto synchronized = synchronizedRepository.synchronize();
         QVERIFY(!synchronized);
         QCOMPARE(synchronized.error().errorDescription(),
-                 QString("The theme file '%1/Themes/Huge.theme.json' has 4194305 bytes; a theme file may have at most "
-                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath()));
-        QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes/Huge.theme.json"));
+                 QString("The theme file '%1/Themes/%2' has 4194305 bytes; a theme file may have at most "
+                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath(), fileName));
+        QCOMPARE(readFile(scene.clonePath() + "/Themes/" + fileName), checkedOut);
         if (!firstClone)
             QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());
     }

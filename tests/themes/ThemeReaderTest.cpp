@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include <fcntl.h>
@@ -321,6 +323,53 @@ private slots:
         const QString url = text.mid(prefix.size()).chopped(suffix.size());
         QCOMPARE(url, QUrl::fromLocalFile(parent.path()).toString(QUrl::FullyEncoded) + '/' + written + "/Themes");
         QCOMPARE(QUrl(url, QUrl::StrictMode).toLocalFile(), directory);
+    }
+
+    // A large directory is decoded on two cores; the outcome must be the one of reading the files one
+    // after another in listing order: the same themes in the same order, equal names in listing order,
+    // and the failure of the first broken file in listing order, wherever the halves meet.
+    void readsLargeDirectoriesAsInListingOrder_data()
+    {
+        QTest::addColumn<QList<int>>("broken"); // positions in the listing; negative: the file is missing
+        QTest::newRow("nothing broken") << QList<int>{};
+        QTest::newRow("early in the first half") << QList<int>{10};
+        QTest::newRow("last of the first half") << QList<int>{499};
+        QTest::newRow("first of the second half") << QList<int>{500};
+        QTest::newRow("last file") << QList<int>{999};
+        QTest::newRow("in both halves, the later listed first") << QList<int>{900, 100};
+        QTest::newRow("missing in the second half, broken in the first") << QList<int>{-700, 300};
+        QTest::newRow("missing in the first half, broken in the second") << QList<int>{600, -200};
+    }
+
+    void readsLargeDirectoriesAsInListingOrder()
+    {
+        QFETCH(QList<int>, broken);
+        QTemporaryDir directory;
+        const int count = 1000;
+        // Listed in the reverse of the files' own order, so listing order is neither name order nor
+        // creation order; a third of the names occur three times.
+        QList<QUrl> listing;
+        QStringList expected;
+        for (int position = 0; position < count; ++position) {
+            const QString file = QStringLiteral("t%1").arg(count - position, 4, 10, QLatin1Char('0'));
+            const QString name = QStringLiteral("Theme %1").arg(position % 333, 3, 10, QLatin1Char('0'));
+            listing << QUrl::fromLocalFile(directory.filePath(file + ".theme.json"));
+            expected << file + ':' + name;
+            if (broken.contains(-position))
+                continue;
+            writeFile(directory.path(), file + ".theme.json",
+                      broken.contains(position) ? doc(R"("B")", R"("grey")", mara, one) : themeJson(name, "dark", {"A"}, "1"));
+        }
+        std::stable_sort(expected.begin(), expected.end(),
+                         [](const QString& a, const QString& b) { return a.section(':', 1) < b.section(':', 1); });
+        if (!broken.isEmpty()) {
+            // What reading the first broken file alone gives.
+            const int first = *std::min_element(broken.begin(), broken.end(),
+                                                [](int a, int b) { return std::abs(a) < std::abs(b); });
+            expected = read(directory.path(), std::make_shared<Lister>(QList{listing[std::abs(first)]}));
+            QVERIFY(expected.size() == 1 && expected[0].startsWith("Theme decoding failed"));
+        }
+        QCOMPARE(read(directory.path(), std::make_shared<Lister>(listing)), expected);
     }
 
     void decoderReusesItsBuffersSafely_data()

@@ -1,0 +1,51 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+# Times the module's first clone against `git clone` of the same repository over git://.
+#
+#   bench/clone-vs-git.sh [CORVANE] [WORKDIR]
+#
+# CORVANE defaults to build/tools/corvane/corvane, WORKDIR to a new temporary directory.
+# Workload: the list workload's remote (COUNT theme files of about 1 KB, 10,000 by default, one commit),
+# served by `git daemon` on 127.0.0.1. Every run starts without a clone: `corvane check` clones and
+# checks the commit out, `git clone` does the same. Neither reads a user or system git configuration.
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+corvane=${1:-$here/../build/tools/corvane/corvane}
+work=${2:-$(mktemp -d)}
+runs=${RUNS:-10}
+count=${COUNT:-10000}
+port=${PORT:-19418}
+
+command -v hyperfine > /dev/null || { echo "hyperfine is needed" >&2; exit 2; }
+[ -x "$corvane" ] || { echo "no corvane at $corvane (build it first)" >&2; exit 2; }
+export GIT_CONFIG_NOSYSTEM=1 GIT_CONFIG_GLOBAL=/dev/null
+
+[ -d "$work/remote" ] || python3 "$here/list-workload.py" "$work" "$count"
+git daemon --reuseaddr --export-all --base-path="$work" --listen=127.0.0.1 --port="$port" &
+daemon=$!
+trap 'kill $daemon' EXIT
+for _ in $(seq 50); do git ls-remote "git://127.0.0.1:$port/remote" > /dev/null 2>&1 && break; sleep 0.1; done
+remote="git://127.0.0.1:$port/remote"
+
+# Both must end with the same files.
+rm -rf "$work/corvane-clone" "$work/git-clone"
+"$corvane" check --remote "$remote" --clone "$work/corvane-clone" > /dev/null
+git clone --quiet "$remote" "$work/git-clone"
+diff -r -q -x .git "$work/corvane-clone" "$work/git-clone"
+echo "$(ls "$work/git-clone/Themes" | wc -l) theme files, same in both clones" >&2
+echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
+
+hyperfine --warmup 1 --runs "$runs" --export-json "$work/clone-times.json" --style basic \
+    -n "corvane first clone" --prepare "rm -rf $(printf %q "$work/corvane-clone")" \
+    "$(printf '%q ' "$corvane" check --remote "$remote" --clone "$work/corvane-clone")" \
+    -n "git clone" --prepare "rm -rf $(printf %q "$work/git-clone")" \
+    "$(printf '%q ' git clone --quiet "$remote" "$work/git-clone")"
+
+python3 - "$work/clone-times.json" <<'PY'
+import json, sys
+r = {x["command"]: x for x in json.load(open(sys.argv[1]))["results"]}
+c, g = r["corvane first clone"], r["git clone"]
+print(f"corvane first clone {c['mean'] * 1e3:.1f} ms ± {c['stddev'] * 1e3:.1f} against git clone "
+      f"{g['mean'] * 1e3:.1f} ms ± {g['stddev'] * 1e3:.1f}: ratio {c['mean'] / g['mean']:.2f}x (target <= 1.2x)")
+PY
