@@ -5,8 +5,6 @@
 
 #include <QHash>
 
-#include <future>
-
 #include <vector>
 
 namespace corvane {
@@ -103,14 +101,11 @@ FindThemeDifferences::FindThemeDifferences(QUrl installedThemesDirectoryURL,
 
 Result<QList<ThemeDifference>, ThemeDifferencesError> FindThemeDifferences::findDifferences() const
 {
-    // The installed themes are read while the clone synchronises, on a core of their own: the two
-    // touch different files. The remote side's failure still comes first, as when they ran in turn.
-    auto local = std::async(std::launch::async, [this] { return m_localThemeFetcher->fetchLocalThemes(); });
     auto remote = mapError(m_remoteThemeFetcher->fetchRemoteThemes(), [](RemoteThemeFetchingError error) {
         return ThemeDifferencesError(ThemeDifferencesError::RemoteFetchingFailed{std::move(error)});
     });
-    auto both = fanout(std::move(remote), [&local] {
-        return mapError(local.get(), [](LocalThemeFetchingError error) {
+    auto both = fanout(std::move(remote), [this] {
+        return mapError(m_localThemeFetcher->fetchLocalThemes(), [](LocalThemeFetchingError error) {
             return ThemeDifferencesError(ThemeDifferencesError::LocalFetchingFailed{std::move(error)});
         });
     });
