@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/CheckoutPreparation.h"
 
+#include "Corvane/sources/CommitTree.h"
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/sources/SpecialFileSweep.h"
@@ -99,14 +100,10 @@ Result<void, GitError> refuseOversizedThemes(git_repository* repository, git_tre
 Result<void, GitError> CheckoutPreparation::prepare(git_repository* repository, const git_oid& commitId,
                                                     const QString& themesDirectory, const QString& suffix)
 {
-    git_commit* rawCommit = nullptr;
-    if (const int code = git_commit_lookup(&rawCommit, repository, &commitId); code < 0)
-        return std::unexpected(makeGitError(code));
-    CommitHandle commit(rawCommit);
-    git_tree* rawTree = nullptr;
-    if (const int code = git_commit_tree(&rawTree, commit.get()); code < 0)
-        return std::unexpected(makeGitError(code));
-    TreeHandle tree(rawTree);
+    auto looked = commitTree(repository, commitId);
+    if (!looked)
+        return std::unexpected(looked.error());
+    TreeHandle tree = std::move(*looked);
 
     const char* workdir = git_repository_workdir(repository);
     IndexHandle index;

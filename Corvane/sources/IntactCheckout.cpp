@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/IntactCheckout.h"
 
+#include "Corvane/sources/CommitTree.h"
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/themes/Descriptor.h"
@@ -142,14 +143,10 @@ Result<bool, GitError> indexHoldsTree(git_repository* repository, git_index* ind
 {
     if (git_index_has_conflicts(index))
         return false;
-    git_commit* rawCommit = nullptr;
-    if (const int code = git_commit_lookup(&rawCommit, repository, &commitId); code < 0)
-        return std::unexpected(makeGitError(code));
-    CommitHandle commit(rawCommit);
-    git_tree* rawTree = nullptr;
-    if (const int code = git_commit_tree(&rawTree, commit.get()); code < 0)
-        return std::unexpected(makeGitError(code));
-    TreeHandle tree(rawTree);
+    auto looked = commitTree(repository, commitId);
+    if (!looked)
+        return std::unexpected(looked.error());
+    TreeHandle tree = std::move(*looked);
     git_diff* rawDiff = nullptr;
     git_diff_options options = GIT_DIFF_OPTIONS_INIT;
     if (const int code = git_diff_tree_to_index(&rawDiff, repository, tree.get(), index, &options); code < 0)

@@ -9,24 +9,11 @@ import sys
 import threading
 import time
 
+from tcp_relay import listen, pipe
+
 target_port, delay = int(sys.argv[1]), float(sys.argv[2])
-listener = socket.socket()
-listener.bind(("127.0.0.1", 0))
-listener.listen(16)
-print(listener.getsockname()[1], flush=True)
+listener = listen()
 
-
-def pipe(source, sink):
-    try:
-        while data := source.recv(65536):
-            sink.sendall(data)
-    except OSError:
-        pass
-    finally:
-        try:
-            sink.shutdown(socket.SHUT_WR)
-        except OSError:
-            pass
 
 
 def serve(client):

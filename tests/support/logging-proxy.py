@@ -9,24 +9,11 @@ import socket
 import sys
 import threading
 
-listener = socket.socket()
-listener.bind(("127.0.0.1", 0))
-listener.listen(16)
-print(listener.getsockname()[1], flush=True)
+from tcp_relay import listen, pipe
+
+listener = listen()
 log = threading.Lock()
 
-
-def pipe(source, sink):
-    try:
-        while data := source.recv(65536):
-            sink.sendall(data)
-    except OSError:
-        pass
-    finally:
-        try:
-            sink.shutdown(socket.SHUT_WR)
-        except OSError:
-            pass
 
 
 def serve(client):
