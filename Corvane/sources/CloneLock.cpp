@@ -244,11 +244,15 @@ CloneLock::~CloneLock()
 {
     if (m_lockFile) {
         // Taken over while stuck: the file at the path is the new holder's, and QLockFile would remove
-        // it by name. The old file is already gone; let its handle go without unlocking.
+        // it by name. The old file is already gone; its handle is kept, never unlocked, for the rest
+        // of the process (a takeover is rare: one small object each).
         const auto status = statOf(m_key + QStringLiteral(".lock"));
-        if (!status || identityOf(*status) != m_lockFileIdentity)
-            (void)m_lockFile.release();
-        else
+        if (!status || identityOf(*status) != m_lockFileIdentity) {
+            static std::mutex parkedMutex;
+            static auto* parked = new std::vector<std::unique_ptr<QLockFile>>;
+            std::lock_guard guard(parkedMutex);
+            parked->push_back(std::move(m_lockFile));
+        } else
             m_lockFile->unlock();
     }
     releaseInProcess(m_key, m_token);

@@ -27,7 +27,7 @@ cat > "$work/pkg-config-host.cpp" <<'CPP'
 int main() { return corvane::Version::fromString(QStringLiteral("1")) ? 0 : 1; }
 CPP
 # shellcheck disable=SC2046
-c++ -std=c++23 -fPIC "$work/pkg-config-host.cpp" -o "$work/pkg-config-host" \
+c++ -std=c++23 -fPIC ${CXXFLAGS:-} "$work/pkg-config-host.cpp" -o "$work/pkg-config-host" ${LDFLAGS:-} \
   $(PKG_CONFIG_PATH=$pcdir pkg-config --cflags --libs corvane) -Wl,-rpath,"$pcdir/.."
 "$work/pkg-config-host" || fail "the host built with pkg-config failed"
 
