@@ -114,12 +114,12 @@ private slots:
 
     void survivesKills()
     {
-        // Reproducible: the seed is printed, and CORVANE_CRASH_SEED replays a run.
-        const quint32 seed = qEnvironmentVariableIsSet("CORVANE_CRASH_SEED")
-            ? qEnvironmentVariable("CORVANE_CRASH_SEED").toUInt()
+        // Reproducible: the run's number is printed, and CORVANE_CRASH_RUN replays that run.
+        const quint32 run = qEnvironmentVariableIsSet("CORVANE_CRASH_RUN")
+            ? qEnvironmentVariable("CORVANE_CRASH_RUN").toUInt()
             : QRandomGenerator::system()->generate();
-        qInfo("seed %u", seed);
-        QRandomGenerator random(seed);
+        qInfo("run %u", run);
+        QRandomGenerator random(run);
 
         int remaining = themeCount;
         for (int kill = 0; kill < killCount; ++kill) {
