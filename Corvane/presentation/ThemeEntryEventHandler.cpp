@@ -29,7 +29,7 @@ void ThemeEntryEventHandler::installThemes(const QList<CopyCommand>& commands)
 {
     if (m_batch)
         return;
-    m_batch = Batch{commands};
+    m_batch.emplace(commands);
     continueBatch();
 }
 
@@ -41,8 +41,6 @@ void ThemeEntryEventHandler::continueBatch()
     const std::weak_ptr<ThemeEntryEventHandler> handler = weak_from_this();
     const bool canSlice = !handler.expired() && QCoreApplication::instance();
     Batch& batch = *m_batch;
-    // The slice's copies are made durable together when it ends, before anything is shown.
-    std::optional<DeferredSync> durability(std::in_place, DeferredSync::Wait::inBackground);
     while (batch.next < batch.commands.size()) {
         const CopyCommand& command = batch.commands.at(batch.next);
         if (auto copied = m_fileCopier->copy(command); !copied) {
@@ -50,7 +48,6 @@ void ThemeEntryEventHandler::continueBatch()
             const bool showedProgress = batch.showedProgress;
             QStringList written = std::move(batch.written);
             m_batch.reset();
-            durability.reset();
             reportWritten(std::move(written));
             if (showedProgress)
                 m_presenter->showInstallEnded();
@@ -68,7 +65,6 @@ void ThemeEntryEventHandler::continueBatch()
         if (canSlice && batch.next < batch.commands.size() && slice.elapsed() >= sliceDuration.count()) {
             // Let the window paint and show how far the batch got; the rest follows from the event loop.
             batch.showedProgress = true;
-            durability.reset();
             m_presenter->showInstallProgress(batch.next, batch.commands.size());
             QTimer::singleShot(0, QCoreApplication::instance(), [handler] {
                 if (const auto self = handler.lock(); self && self->m_batch)
@@ -79,7 +75,6 @@ void ThemeEntryEventHandler::continueBatch()
     }
     QStringList written = std::move(batch.written);
     m_batch.reset();
-    durability.reset();
     reportWritten(std::move(written));
     m_presenter->refresh();
 }

@@ -5,6 +5,7 @@
 #include "Corvane/presentation/ResetLocalThemeDirectories.h"
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
+#include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/DeletesFiles.h"
 #include "Corvane/themes/FileCopier.h"
 
@@ -61,6 +62,10 @@ private:
     QPointer<QWidget> m_alertWindow;
 
     struct Batch {
+        explicit Batch(QList<CopyCommand> commands) : commands(std::move(commands)) {}
+        // The batch's copies are made durable together, in the background, when it ends. A sync of the
+        // file system between slices would compete with the copies' own write-back and stall a frame.
+        DeferredSync durability{DeferredSync::Wait::inBackground};
         QList<CopyCommand> commands;
         qsizetype next = 0;
         bool showedProgress = false;
