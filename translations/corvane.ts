@@ -3,9 +3,11 @@
 <TS version="2.1" sourcelanguage="en">
 <context>
     <name></name>
-    <message id="corvane.comparison.time-out">
-        <source>The theme repository %@ did not answer within %@ seconds.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.comparison.time-out" numerus="yes">
+        <source>The theme repository %1 did not answer within %2 seconds.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.style.light">
         <source>Light</source>
@@ -16,11 +18,11 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.ThemeDifferencesError.base">
-        <source>Computing theme differences failed: %@</source>
+        <source>Computing theme differences failed: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.generic-error.description">
-        <source>The operation couldn&apos;t be completed. (%@ error %@.)</source>
+        <source>The operation couldn&apos;t be completed. (%1 error %2.)</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.fetch-failed.title">
@@ -44,7 +46,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.copying-failed.message">
-        <source>The theme &apos;%@&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
+        <source>The theme &apos;%1&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.copying-failed.continue">
@@ -88,55 +90,57 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.fileError">
-        <source>File error: %@</source>
+        <source>File error: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.base">
-        <source>Local theme fetching error: %@</source>
+        <source>Local theme fetching error: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.repositoryError">
-        <source>Repository error: %@</source>
+        <source>Repository error: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.base">
-        <source>Remote theme fetching error: %@</source>
+        <source>Remote theme fetching error: %1</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.git.no-progress">
-        <source>The transfer from %@ made no progress for %@ seconds.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.git.no-progress" numerus="yes">
+        <source>The transfer from %1 made no progress for %2 seconds.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.JSONDecoderError.dataCorrupted">
-        <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%@).</source>
+        <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%1).</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecoderError.keyNotFound">
-        <source>No value associated with key &quot;%@&quot;.</source>
+        <source>No value associated with key &quot;%1&quot;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecoderError.valueNotFound">
-        <source>Expected %@ value for key &quot;%@&quot; but found null instead.</source>
+        <source>Expected %1 value for key &quot;%2&quot; but found null instead.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch.document">
-        <source>Expected the document to be a JSON %@ but found %@ instead.</source>
+        <source>Expected the document to be a JSON %1 but found %2 instead.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch">
-        <source>Expected %@ value for key &quot;%@&quot; but found %@ instead.</source>
+        <source>Expected %1 value for key &quot;%2&quot; but found %3 instead.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecodingError.dataReadingFailed">
-        <source>reading Data from &apos;%@&apos; failed: %@</source>
+        <source>reading Data from &apos;%1&apos; failed: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecodingError.jsonDecodingFailed">
-        <source>decoding JSON from &apos;%@&apos; failed: %@</source>
+        <source>decoding JSON from &apos;%1&apos; failed: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecodingError.base">
-        <source>Could not decode JSON, %@</source>
+        <source>Could not decode JSON, %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file.missing">
@@ -164,15 +168,17 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file.not-regular">
-        <source>It is not a regular file but %@.</source>
+        <source>It is not a regular file but %1.</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.file.too-large">
-        <source>The file has %@ bytes; a theme file may have at most %@ bytes.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.file.too-large" numerus="yes">
+        <source>The file has %1 bytes; a theme file may have at most %2 bytes.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.ThemeDecodingError.base">
-        <source>Theme decoding failed: %@</source>
+        <source>Theme decoding failed: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.JSONDecoderError.found.string">
@@ -212,19 +218,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.remote-themes.linked-file">
-        <source>The theme file &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <source>The theme file &apos;%1&apos; is a symbolic link. Links from the theme repository are never read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.remote-themes.linked-directory">
-        <source>The theme directory &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <source>The theme directory &apos;%1&apos; is a symbolic link. Links from the theme repository are never read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.remote-themes.irregular-file">
-        <source>The theme file &apos;%@&apos; is not a regular file.</source>
+        <source>The theme file &apos;%1&apos; is not a regular file.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.trash-failed">
-        <source>Could not move &apos;%@&apos; to the Trash: %@</source>
+        <source>Could not move &apos;%1&apos; to the Trash: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.trash-refused">
@@ -232,7 +238,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.create-directory-failed">
-        <source>Could not create the directory &apos;%@&apos;: %@</source>
+        <source>Could not create the directory &apos;%1&apos;: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.not-local">
@@ -240,11 +246,11 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.file-in-the-way">
-        <source>A file, not a directory, stands at &apos;%@&apos;.</source>
+        <source>A file, not a directory, stands at &apos;%1&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.copy-failed">
-        <source>Could not copy &apos;%@&apos; to &apos;%@&apos;: %@</source>
+        <source>Could not copy &apos;%1&apos; to &apos;%2&apos;: %3</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.copy-not-local">
@@ -252,11 +258,11 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.source-unreadable">
-        <source>Could not read &apos;%@&apos;: %@</source>
+        <source>Could not read &apos;%1&apos;: %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.no-directory">
-        <source>The directory &apos;%@&apos; doesn&apos;t exist.</source>
+        <source>The directory &apos;%1&apos; doesn&apos;t exist.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.all-updated.title">
@@ -281,7 +287,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.theme.update.accessible">
-        <source>Update %@</source>
+        <source>Update %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.theme.install">
@@ -290,7 +296,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.theme.install.accessible">
-        <source>Install %@</source>
+        <source>Install %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.list.update-all">
@@ -309,57 +315,71 @@
         <source>Theme updates</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.loading.install-progress">
-        <source>Updating %@ of %@…</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.loading.install-progress" numerus="yes">
+        <source>Updating %1 of %2…</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.file-manager.name-not-representable">
-        <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
+        <source>The name &apos;%1&apos; cannot be represented as a file name.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.dangling-link-in-the-way">
-        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%@&apos;.</source>
+        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%1&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.no-trash-on-file-system">
-        <source>Its file system has no Trash that can be used here (&apos;%@&apos;), and the user&apos;s Trash is on another one.</source>
+        <source>Its file system has no Trash that can be used here (&apos;%1&apos;), and the user&apos;s Trash is on another one.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.file-manager.trash-other-file-system">
         <source>It is on another file system than the Trash.</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.clone-lock.busy-minutes">
-        <source>Another synchronisation of the clone %@ has been running for %@ minutes.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.clone-lock.busy-minutes" numerus="yes">
+        <source>Another synchronisation of the clone %1 has been running for %2 minutes.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
-    <message id="corvane.clone-lock.busy-seconds">
-        <source>Another synchronisation of the clone %@ has been running for %@ seconds.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.clone-lock.busy-seconds" numerus="yes">
+        <source>Another synchronisation of the clone %1 has been running for %2 seconds.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
-    <message id="corvane.git.connect-time-out">
-        <source>Could not connect to %@ within %@ seconds.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.git.connect-time-out" numerus="yes">
+        <source>Could not connect to %1 within %2 seconds.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
-    <message id="corvane.git.first-byte-time-out">
-        <source>The server of %@ accepted the connection but sent nothing for %@ seconds.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.git.first-byte-time-out" numerus="yes">
+        <source>The server of %1 accepted the connection but sent nothing for %2 seconds.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
-    <message id="corvane.remote-themes.oversized-file">
-        <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.remote-themes.oversized-file" numerus="yes">
+        <source>The theme file &apos;%1&apos; has %2 bytes; a theme file may have at most %3 bytes. It was not checked out.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.file-manager.source-theme-changed">
-        <source>The theme file &apos;%@&apos; changed in the repository after the list was made; nothing was installed.</source>
+        <source>The theme file &apos;%1&apos; changed in the repository after the list was made; nothing was installed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.list.find">
         <source>Find by name or author</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.list.update-shown">
-        <source>Update %@ Shown</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.list.update-shown" numerus="yes">
+        <source>Update %1 Shown</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.row.show-in-folder">
         <source>Show in Folder</source>
@@ -370,11 +390,11 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.git.credentials-refused">
-        <source>The server of %@ refused the credentials.</source>
+        <source>The server of %1 refused the credentials.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.git.certificate-refused">
-        <source>The certificate of %@ was refused by the application.</source>
+        <source>The certificate of %1 was refused by the application.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

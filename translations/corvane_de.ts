@@ -3,9 +3,12 @@
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
     <name></name>
-    <message id="corvane.comparison.time-out">
-        <source>The theme repository %@ did not answer within %@ seconds.</source>
-        <translation>Das Theme-Repository %@ hat nicht innerhalb von %@ Sekunden geantwortet.</translation>
+    <message id="corvane.comparison.time-out" numerus="yes">
+        <source>The theme repository %1 did not answer within %2 seconds.</source>
+        <translation>
+            <numerusform>Das Theme-Repository %1 hat nicht innerhalb von %2 Sekunde geantwortet.</numerusform>
+            <numerusform>Das Theme-Repository %1 hat nicht innerhalb von %2 Sekunden geantwortet.</numerusform>
+        </translation>
     </message>
     <message id="corvane.style.light">
         <source>Light</source>
@@ -16,12 +19,12 @@
         <translation>Dunkel</translation>
     </message>
     <message id="corvane.ThemeDifferencesError.base">
-        <source>Computing theme differences failed: %@</source>
-        <translation>Vergleichen der Themes fehlgeschlagen: %@</translation>
+        <source>Computing theme differences failed: %1</source>
+        <translation>Vergleichen der Themes fehlgeschlagen: %1</translation>
     </message>
     <message id="corvane.generic-error.description">
-        <source>The operation couldn&apos;t be completed. (%@ error %@.)</source>
-        <translation>Der Vorgang konnte nicht abgeschlossen werden. (%@ Fehler %@.)</translation>
+        <source>The operation couldn&apos;t be completed. (%1 error %2.)</source>
+        <translation>Der Vorgang konnte nicht abgeschlossen werden. (%1 Fehler %2.)</translation>
     </message>
     <message id="corvane.fetch-failed.title">
         <source>Update Error</source>
@@ -44,8 +47,8 @@
         <translation>Kopieren des Themes fehlgeschlagen</translation>
     </message>
     <message id="corvane.copying-failed.message">
-        <source>The theme &apos;%@&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
-        <translation>Das Theme „%@“ konnte nicht kopiert werden. Sie können alle lokalen Themes löschen, um neu zu beginnen.</translation>
+        <source>The theme &apos;%1&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
+        <translation>Das Theme „%1“ konnte nicht kopiert werden. Sie können alle lokalen Themes löschen, um neu zu beginnen.</translation>
     </message>
     <message id="corvane.copying-failed.continue">
         <source>Continue</source>
@@ -88,56 +91,59 @@
         <translation>Verzeichnis zeigen</translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.fileError">
-        <source>File error: %@</source>
-        <translation>Dateifehler: %@</translation>
+        <source>File error: %1</source>
+        <translation>Dateifehler: %1</translation>
     </message>
     <message id="corvane.LocalThemeFetchingError.base">
-        <source>Local theme fetching error: %@</source>
-        <translation>Fehler beim Lesen der installierten Themes: %@</translation>
+        <source>Local theme fetching error: %1</source>
+        <translation>Fehler beim Lesen der installierten Themes: %1</translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.repositoryError">
-        <source>Repository error: %@</source>
-        <translation>Repository-Fehler: %@</translation>
+        <source>Repository error: %1</source>
+        <translation>Repository-Fehler: %1</translation>
     </message>
     <message id="corvane.RemoteThemeFetchingError.base">
-        <source>Remote theme fetching error: %@</source>
-        <translation>Fehler beim Abrufen der Themes vom Server: %@</translation>
+        <source>Remote theme fetching error: %1</source>
+        <translation>Fehler beim Abrufen der Themes vom Server: %1</translation>
     </message>
-    <message id="corvane.git.no-progress">
-        <source>The transfer from %@ made no progress for %@ seconds.</source>
-        <translation>Die Übertragung von %@ kam %@ Sekunden lang nicht voran.</translation>
+    <message id="corvane.git.no-progress" numerus="yes">
+        <source>The transfer from %1 made no progress for %2 seconds.</source>
+        <translation>
+            <numerusform>Die Übertragung von %1 kam %2 Sekunde lang nicht voran.</numerusform>
+            <numerusform>Die Übertragung von %1 kam %2 Sekunden lang nicht voran.</numerusform>
+        </translation>
     </message>
     <message id="corvane.JSONDecoderError.dataCorrupted">
-        <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%@).</source>
-        <translation>Die Daten konnten nicht gelesen werden, da sie kein gültiges JSON sind (%@).</translation>
+        <source>The data couldn&apos;t be read because it isn&apos;t valid JSON (%1).</source>
+        <translation>Die Daten konnten nicht gelesen werden, da sie kein gültiges JSON sind (%1).</translation>
     </message>
     <message id="corvane.JSONDecoderError.keyNotFound">
-        <source>No value associated with key &quot;%@&quot;.</source>
-        <translation>Kein Wert für den Schlüssel „%@“ vorhanden.</translation>
+        <source>No value associated with key &quot;%1&quot;.</source>
+        <translation>Kein Wert für den Schlüssel „%1“ vorhanden.</translation>
     </message>
     <message id="corvane.JSONDecoderError.valueNotFound">
-        <source>Expected %@ value for key &quot;%@&quot; but found null instead.</source>
-        <translation>Erwartet wurde ein %@-Wert für den Schlüssel „%@“, gefunden wurde aber null.</translation>
+        <source>Expected %1 value for key &quot;%2&quot; but found null instead.</source>
+        <translation>Erwartet wurde ein %1-Wert für den Schlüssel „%2“, gefunden wurde aber null.</translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch.document">
-        <source>Expected the document to be a JSON %@ but found %@ instead.</source>
-        <translation>Erwartet wurde als Dokument ein JSON-%@, gefunden wurde aber %@.</translation>
+        <source>Expected the document to be a JSON %1 but found %2 instead.</source>
+        <translation>Erwartet wurde als Dokument ein JSON-%1, gefunden wurde aber %2.</translation>
     </message>
     <message id="corvane.JSONDecoderError.typeMismatch">
-        <source>Expected %@ value for key &quot;%@&quot; but found %@ instead.</source>
-        <translation>Erwartet wurde ein %@-Wert für den Schlüssel „%@“, gefunden wurde aber %@.</translation>
+        <source>Expected %1 value for key &quot;%2&quot; but found %3 instead.</source>
+        <translation>Erwartet wurde ein %1-Wert für den Schlüssel „%2“, gefunden wurde aber %3.</translation>
     </message>
     <message id="corvane.JSONDecodingError.dataReadingFailed">
-        <source>reading Data from &apos;%@&apos; failed: %@</source>
-        <translation>Lesen der Daten aus „%@“ fehlgeschlagen: %@</translation>
+        <source>reading Data from &apos;%1&apos; failed: %2</source>
+        <translation>Lesen der Daten aus „%1“ fehlgeschlagen: %2</translation>
     </message>
     <message id="corvane.JSONDecodingError.jsonDecodingFailed">
-        <source>decoding JSON from &apos;%@&apos; failed: %@</source>
-        <translation>Dekodieren von JSON aus „%@“ fehlgeschlagen: %@</translation>
+        <source>decoding JSON from &apos;%1&apos; failed: %2</source>
+        <translation>Dekodieren von JSON aus „%1“ fehlgeschlagen: %2</translation>
     </message>
     <message id="corvane.JSONDecodingError.base">
-        <source>Could not decode JSON, %@</source>
-        <translation>JSON konnte nicht dekodiert werden, %@</translation>
+        <source>Could not decode JSON, %1</source>
+        <translation>JSON konnte nicht dekodiert werden, %1</translation>
     </message>
     <message id="corvane.file.missing">
         <source>The file doesn&apos;t exist.</source>
@@ -164,16 +170,19 @@
         <translation>eine Spezialdatei</translation>
     </message>
     <message id="corvane.file.not-regular">
-        <source>It is not a regular file but %@.</source>
-        <translation>Sie ist keine normale Datei, sondern %@.</translation>
+        <source>It is not a regular file but %1.</source>
+        <translation>Sie ist keine normale Datei, sondern %1.</translation>
     </message>
-    <message id="corvane.file.too-large">
-        <source>The file has %@ bytes; a theme file may have at most %@ bytes.</source>
-        <translation>Die Datei hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben.</translation>
+    <message id="corvane.file.too-large" numerus="yes">
+        <source>The file has %1 bytes; a theme file may have at most %2 bytes.</source>
+        <translation>
+            <numerusform>Die Datei hat %1 Byte; eine Theme-Datei darf höchstens %2 Bytes haben.</numerusform>
+            <numerusform>Die Datei hat %1 Bytes; eine Theme-Datei darf höchstens %2 Bytes haben.</numerusform>
+        </translation>
     </message>
     <message id="corvane.ThemeDecodingError.base">
-        <source>Theme decoding failed: %@</source>
-        <translation>Dekodieren der Themes fehlgeschlagen: %@</translation>
+        <source>Theme decoding failed: %1</source>
+        <translation>Dekodieren der Themes fehlgeschlagen: %1</translation>
     </message>
     <message id="corvane.JSONDecoderError.found.string">
         <source>a string</source>
@@ -212,52 +221,52 @@
         <translation>das Dokument ist leer</translation>
     </message>
     <message id="corvane.remote-themes.linked-file">
-        <source>The theme file &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
-        <translation>Die Theme-Datei „%@“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
+        <source>The theme file &apos;%1&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation>Die Theme-Datei „%1“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
     </message>
     <message id="corvane.remote-themes.linked-directory">
-        <source>The theme directory &apos;%@&apos; is a symbolic link. Links from the theme repository are never read.</source>
-        <translation>Das Theme-Verzeichnis „%@“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
+        <source>The theme directory &apos;%1&apos; is a symbolic link. Links from the theme repository are never read.</source>
+        <translation>Das Theme-Verzeichnis „%1“ ist ein symbolischer Link. Links aus dem Theme-Repository werden nie gelesen.</translation>
     </message>
     <message id="corvane.remote-themes.irregular-file">
-        <source>The theme file &apos;%@&apos; is not a regular file.</source>
-        <translation>Die Theme-Datei „%@“ ist keine normale Datei.</translation>
+        <source>The theme file &apos;%1&apos; is not a regular file.</source>
+        <translation>Die Theme-Datei „%1“ ist keine normale Datei.</translation>
     </message>
     <message id="corvane.file-manager.trash-failed">
-        <source>Could not move &apos;%@&apos; to the Trash: %@</source>
-        <translation>„%@“ konnte nicht in den Papierkorb verschoben werden: %@</translation>
+        <source>Could not move &apos;%1&apos; to the Trash: %2</source>
+        <translation>„%1“ konnte nicht in den Papierkorb verschoben werden: %2</translation>
     </message>
     <message id="corvane.file-manager.trash-refused">
         <source>The Trash refused it.</source>
         <translation>Der Papierkorb hat es abgelehnt.</translation>
     </message>
     <message id="corvane.file-manager.create-directory-failed">
-        <source>Could not create the directory &apos;%@&apos;: %@</source>
-        <translation>Das Verzeichnis „%@“ konnte nicht angelegt werden: %@</translation>
+        <source>Could not create the directory &apos;%1&apos;: %2</source>
+        <translation>Das Verzeichnis „%1“ konnte nicht angelegt werden: %2</translation>
     </message>
     <message id="corvane.file-manager.not-local">
         <source>It is not a local path.</source>
         <translation>Es ist kein lokaler Pfad.</translation>
     </message>
     <message id="corvane.file-manager.file-in-the-way">
-        <source>A file, not a directory, stands at &apos;%@&apos;.</source>
-        <translation>An der Stelle „%@“ steht eine Datei, kein Verzeichnis.</translation>
+        <source>A file, not a directory, stands at &apos;%1&apos;.</source>
+        <translation>An der Stelle „%1“ steht eine Datei, kein Verzeichnis.</translation>
     </message>
     <message id="corvane.file-manager.copy-failed">
-        <source>Could not copy &apos;%@&apos; to &apos;%@&apos;: %@</source>
-        <translation>„%@“ konnte nicht nach „%@“ kopiert werden: %@</translation>
+        <source>Could not copy &apos;%1&apos; to &apos;%2&apos;: %3</source>
+        <translation>„%1“ konnte nicht nach „%2“ kopiert werden: %3</translation>
     </message>
     <message id="corvane.file-manager.copy-not-local">
         <source>Both must be local file paths.</source>
         <translation>Beide müssen lokale Dateipfade sein.</translation>
     </message>
     <message id="corvane.file-manager.source-unreadable">
-        <source>Could not read &apos;%@&apos;: %@</source>
-        <translation>„%@“ konnte nicht gelesen werden: %@</translation>
+        <source>Could not read &apos;%1&apos;: %2</source>
+        <translation>„%1“ konnte nicht gelesen werden: %2</translation>
     </message>
     <message id="corvane.file-manager.no-directory">
-        <source>The directory &apos;%@&apos; doesn&apos;t exist.</source>
-        <translation>Das Verzeichnis „%@“ existiert nicht.</translation>
+        <source>The directory &apos;%1&apos; doesn&apos;t exist.</source>
+        <translation>Das Verzeichnis „%1“ existiert nicht.</translation>
     </message>
     <message id="corvane.all-updated.title">
         <source>All themes are up to date</source>
@@ -281,8 +290,8 @@
         <translation>Aktualisieren</translation>
     </message>
     <message id="corvane.theme.update.accessible">
-        <source>Update %@</source>
-        <translation>%@ aktualisieren</translation>
+        <source>Update %1</source>
+        <translation>%1 aktualisieren</translation>
     </message>
     <message id="corvane.theme.install">
         <source>Install</source>
@@ -290,8 +299,8 @@
         <translation>Installieren</translation>
     </message>
     <message id="corvane.theme.install.accessible">
-        <source>Install %@</source>
-        <translation>%@ installieren</translation>
+        <source>Install %1</source>
+        <translation>%1 installieren</translation>
     </message>
     <message id="corvane.list.update-all">
         <source>Update All</source>
@@ -309,57 +318,78 @@
         <source>Theme updates</source>
         <translation>Theme-Aktualisierungen</translation>
     </message>
-    <message id="corvane.loading.install-progress">
-        <source>Updating %@ of %@…</source>
-        <translation>Aktualisiere %@ von %@ …</translation>
+    <message id="corvane.loading.install-progress" numerus="yes">
+        <source>Updating %1 of %2…</source>
+        <translation>
+            <numerusform>Aktualisiere %1 von %2 …</numerusform>
+            <numerusform>Aktualisiere %1 von %2 …</numerusform>
+        </translation>
     </message>
     <message id="corvane.file-manager.name-not-representable">
-        <source>The name &apos;%@&apos; cannot be represented as a file name.</source>
-        <translation>Der Name „%@“ lässt sich nicht als Dateiname darstellen.</translation>
+        <source>The name &apos;%1&apos; cannot be represented as a file name.</source>
+        <translation>Der Name „%1“ lässt sich nicht als Dateiname darstellen.</translation>
     </message>
     <message id="corvane.file-manager.dangling-link-in-the-way">
-        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%@&apos;.</source>
-        <translation>Bei „%@“ steht ein symbolischer Link auf etwas, das nicht existiert.</translation>
+        <source>A symbolic link to something that doesn&apos;t exist stands at &apos;%1&apos;.</source>
+        <translation>Bei „%1“ steht ein symbolischer Link auf etwas, das nicht existiert.</translation>
     </message>
     <message id="corvane.file-manager.no-trash-on-file-system">
-        <source>Its file system has no Trash that can be used here (&apos;%@&apos;), and the user&apos;s Trash is on another one.</source>
-        <translation>Sein Dateisystem hat keinen hier nutzbaren Papierkorb („%@“), und der Papierkorb des Benutzers liegt auf einem anderen.</translation>
+        <source>Its file system has no Trash that can be used here (&apos;%1&apos;), and the user&apos;s Trash is on another one.</source>
+        <translation>Sein Dateisystem hat keinen hier nutzbaren Papierkorb („%1“), und der Papierkorb des Benutzers liegt auf einem anderen.</translation>
     </message>
     <message id="corvane.file-manager.trash-other-file-system">
         <source>It is on another file system than the Trash.</source>
         <translation>Es liegt auf einem anderen Dateisystem als der Papierkorb.</translation>
     </message>
-    <message id="corvane.clone-lock.busy-minutes">
-        <source>Another synchronisation of the clone %@ has been running for %@ minutes.</source>
-        <translation>Eine andere Synchronisierung des Klons %@ läuft seit %@ Minuten.</translation>
+    <message id="corvane.clone-lock.busy-minutes" numerus="yes">
+        <source>Another synchronisation of the clone %1 has been running for %2 minutes.</source>
+        <translation>
+            <numerusform>Eine andere Synchronisierung des Klons %1 läuft seit %2 Minute.</numerusform>
+            <numerusform>Eine andere Synchronisierung des Klons %1 läuft seit %2 Minuten.</numerusform>
+        </translation>
     </message>
-    <message id="corvane.clone-lock.busy-seconds">
-        <source>Another synchronisation of the clone %@ has been running for %@ seconds.</source>
-        <translation>Eine andere Synchronisierung des Klons %@ läuft seit %@ Sekunden.</translation>
+    <message id="corvane.clone-lock.busy-seconds" numerus="yes">
+        <source>Another synchronisation of the clone %1 has been running for %2 seconds.</source>
+        <translation>
+            <numerusform>Eine andere Synchronisierung des Klons %1 läuft seit %2 Sekunde.</numerusform>
+            <numerusform>Eine andere Synchronisierung des Klons %1 läuft seit %2 Sekunden.</numerusform>
+        </translation>
     </message>
-    <message id="corvane.git.connect-time-out">
-        <source>Could not connect to %@ within %@ seconds.</source>
-        <translation>Keine Verbindung zu %@ innerhalb von %@ Sekunden.</translation>
+    <message id="corvane.git.connect-time-out" numerus="yes">
+        <source>Could not connect to %1 within %2 seconds.</source>
+        <translation>
+            <numerusform>Keine Verbindung zu %1 innerhalb von %2 Sekunde.</numerusform>
+            <numerusform>Keine Verbindung zu %1 innerhalb von %2 Sekunden.</numerusform>
+        </translation>
     </message>
-    <message id="corvane.git.first-byte-time-out">
-        <source>The server of %@ accepted the connection but sent nothing for %@ seconds.</source>
-        <translation>Der Server von %@ hat die Verbindung angenommen, aber %@ Sekunden lang nichts gesendet.</translation>
+    <message id="corvane.git.first-byte-time-out" numerus="yes">
+        <source>The server of %1 accepted the connection but sent nothing for %2 seconds.</source>
+        <translation>
+            <numerusform>Der Server von %1 hat die Verbindung angenommen, aber %2 Sekunde lang nichts gesendet.</numerusform>
+            <numerusform>Der Server von %1 hat die Verbindung angenommen, aber %2 Sekunden lang nichts gesendet.</numerusform>
+        </translation>
     </message>
-    <message id="corvane.remote-themes.oversized-file">
-        <source>The theme file &apos;%@&apos; has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.</source>
-        <translation>Die Theme-Datei „%@“ hat %@ Bytes; eine Theme-Datei darf höchstens %@ Bytes haben. Sie wurde nicht ausgecheckt.</translation>
+    <message id="corvane.remote-themes.oversized-file" numerus="yes">
+        <source>The theme file &apos;%1&apos; has %2 bytes; a theme file may have at most %3 bytes. It was not checked out.</source>
+        <translation>
+            <numerusform>Die Theme-Datei „%1“ hat %2 Byte; eine Theme-Datei darf höchstens %3 Bytes haben. Sie wurde nicht ausgecheckt.</numerusform>
+            <numerusform>Die Theme-Datei „%1“ hat %2 Bytes; eine Theme-Datei darf höchstens %3 Bytes haben. Sie wurde nicht ausgecheckt.</numerusform>
+        </translation>
     </message>
     <message id="corvane.file-manager.source-theme-changed">
-        <source>The theme file &apos;%@&apos; changed in the repository after the list was made; nothing was installed.</source>
-        <translation>Die Theme-Datei „%@“ hat sich im Repository geändert, nachdem die Liste erstellt wurde; es wurde nichts installiert.</translation>
+        <source>The theme file &apos;%1&apos; changed in the repository after the list was made; nothing was installed.</source>
+        <translation>Die Theme-Datei „%1“ hat sich im Repository geändert, nachdem die Liste erstellt wurde; es wurde nichts installiert.</translation>
     </message>
     <message id="corvane.list.find">
         <source>Find by name or author</source>
         <translation>Nach Name oder Autor suchen</translation>
     </message>
-    <message id="corvane.list.update-shown">
-        <source>Update %@ Shown</source>
-        <translation>%@ angezeigte aktualisieren</translation>
+    <message id="corvane.list.update-shown" numerus="yes">
+        <source>Update %1 Shown</source>
+        <translation>
+            <numerusform>%1 angezeigtes aktualisieren</numerusform>
+            <numerusform>%1 angezeigte aktualisieren</numerusform>
+        </translation>
     </message>
     <message id="corvane.row.show-in-folder">
         <source>Show in Folder</source>
@@ -370,12 +400,12 @@
         <translation>Namen kopieren</translation>
     </message>
     <message id="corvane.git.credentials-refused">
-        <source>The server of %@ refused the credentials.</source>
-        <translation>Der Server von %@ hat die Anmeldedaten abgelehnt.</translation>
+        <source>The server of %1 refused the credentials.</source>
+        <translation>Der Server von %1 hat die Anmeldedaten abgelehnt.</translation>
     </message>
     <message id="corvane.git.certificate-refused">
-        <source>The certificate of %@ was refused by the application.</source>
-        <translation>Das Zertifikat von %@ wurde von der Anwendung abgelehnt.</translation>
+        <source>The certificate of %1 was refused by the application.</source>
+        <translation>Das Zertifikat von %1 wurde von der Anwendung abgelehnt.</translation>
     </message>
 </context>
 </TS>

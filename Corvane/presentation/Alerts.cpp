@@ -62,10 +62,10 @@ bool showCopyingFailedAlert(const QString& fileName, const AnyError& error)
     AlertTexts texts;
     //% "Copying Theme Failed"
     texts.title = localizedString(QT_TRID_NOOP("corvane.copying-failed.title"), "Copying Theme Failed");
-    //% "The theme '%@' could not be copied. You can try to delete all local themes to start fresh."
+    //% "The theme '%1' could not be copied. You can try to delete all local themes to start fresh."
     const QString format = localizedString(
         QT_TRID_NOOP("corvane.copying-failed.message"),
-        "The theme '%@' could not be copied. You can try to delete all local themes to start fresh.");
+        "The theme '%1' could not be copied. You can try to delete all local themes to start fresh.");
     texts.message = fillPlaceholders(format, {fileName});
     //% "Continue"
     texts.firstButton = localizedString(QT_TRID_NOOP("corvane.copying-failed.continue"), "Continue");

@@ -159,15 +159,21 @@ void CloneLock::setLimits(Limits limits)
 QString CloneLock::busyText(const QString& clonePath, milliseconds running)
 {
     if (running >= std::chrono::minutes(2)) {
-        //% "Another synchronisation of the clone %@ has been running for %@ minutes."
-        const QString format = localizedString(QT_TRID_NOOP("corvane.clone-lock.busy-minutes"),
-                                               "Another synchronisation of the clone %@ has been running for %@ minutes.");
-        return fillPlaceholders(format, {clonePath, QString::number(std::chrono::duration_cast<std::chrono::minutes>(running).count())});
+        const double minutes = double(std::chrono::duration_cast<std::chrono::minutes>(running).count());
+        //% "Another synchronisation of the clone %1 has been running for %2 minutes."
+        const QString format = localizedCountedString(
+            QT_TRID_N_NOOP("corvane.clone-lock.busy-minutes"), minutes,
+            "Another synchronisation of the clone %1 has been running for %2 minute.",
+            "Another synchronisation of the clone %1 has been running for %2 minutes.");
+        return fillPlaceholders(format, {clonePath, localizedNumber(minutes)});
     }
-    //% "Another synchronisation of the clone %@ has been running for %@ seconds."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.clone-lock.busy-seconds"),
-                                           "Another synchronisation of the clone %@ has been running for %@ seconds.");
-    return fillPlaceholders(format, {clonePath, QString::number(double(running.count() / 100) / 10.0)});
+    const double seconds = double(running.count() / 100) / 10.0;
+    //% "Another synchronisation of the clone %1 has been running for %2 seconds."
+    const QString format = localizedCountedString(
+        QT_TRID_N_NOOP("corvane.clone-lock.busy-seconds"), seconds,
+        "Another synchronisation of the clone %1 has been running for %2 second.",
+        "Another synchronisation of the clone %1 has been running for %2 seconds.");
+    return fillPlaceholders(format, {clonePath, localizedNumber(seconds)});
 }
 
 QString CloneLock::canonicalPath(const QUrl& clone)

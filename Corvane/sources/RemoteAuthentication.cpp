@@ -61,9 +61,9 @@ int RemoteAuthentication::credentials(git_credential** out, const char*, const c
     if (!m_access.credentials || !(userPasswordAllowed || sshAllowed || (allowedTypes & GIT_CREDENTIAL_USERNAME)))
         return GIT_PASSTHROUGH;
     if (m_attempts >= maximumAttempts) {
-        //% "The server of %@ refused the credentials."
+        //% "The server of %1 refused the credentials."
         const QString format = localizedString(QT_TRID_NOOP("corvane.git.credentials-refused"),
-                                               "The server of %@ refused the credentials.");
+                                               "The server of %1 refused the credentials.");
         return refuse(GIT_EAUTH, fillPlaceholders(format, {displayUrl(m_url)}));
     }
     ++m_attempts;
@@ -117,9 +117,9 @@ int RemoteAuthentication::certificate(git_cert* certificate, int valid, const ch
         return GIT_PASSTHROUGH;
     if (m_access.certificateCheck(server))
         return valid ? 0 : GIT_PASSTHROUGH;
-    //% "The certificate of %@ was refused by the application."
+    //% "The certificate of %1 was refused by the application."
     const QString format = localizedString(QT_TRID_NOOP("corvane.git.certificate-refused"),
-                                           "The certificate of %@ was refused by the application.");
+                                           "The certificate of %1 was refused by the application.");
     return refuse(GIT_ECERTIFICATE, fillPlaceholders(format, {server.host}));
 }
 

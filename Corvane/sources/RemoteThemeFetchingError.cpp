@@ -11,9 +11,9 @@ QString RemoteThemeFetchingError::errorDescription() const
         [](const auto& reason) -> QString {
             using Reason = std::decay_t<decltype(reason)>;
             if constexpr (std::is_same_v<Reason, RepositoryError>) {
-                //% "Repository error: %@"
+                //% "Repository error: %1"
                 const QString format = localizedString(
-                    QT_TRID_NOOP("corvane.RemoteThemeFetchingError.repositoryError"), "Repository error: %@");
+                    QT_TRID_NOOP("corvane.RemoteThemeFetchingError.repositoryError"), "Repository error: %1");
                 return fillPlaceholders(format, {reason.error.errorDescription()});
             } else {
                 // "Theme decoding failed: " and the reading's own text.
@@ -21,9 +21,9 @@ QString RemoteThemeFetchingError::errorDescription() const
             }
         },
         m_reason);
-    //% "Remote theme fetching error: %@"
+    //% "Remote theme fetching error: %1"
     const QString format = localizedString(QT_TRID_NOOP("corvane.RemoteThemeFetchingError.base"),
-                                           "Remote theme fetching error: %@");
+                                           "Remote theme fetching error: %1");
     return fillPlaceholders(format, {caseText});
 }
 

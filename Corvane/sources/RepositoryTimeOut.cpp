@@ -10,11 +10,13 @@ namespace corvane {
 
 GitError repositoryTimeOut(const QUrl& remoteRepositoryURL, std::chrono::milliseconds timeLimit)
 {
-    //% "The theme repository %@ did not answer within %@ seconds."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.comparison.time-out"),
-                                           "The theme repository %@ did not answer within %@ seconds.");
-    const QString seconds = QString::number(static_cast<double>(timeLimit.count()) / 1000.0);
-    return GitError(GIT_ERROR, GIT_ERROR_NET, fillPlaceholders(format, {displayUrl(remoteRepositoryURL), seconds}));
+    const double seconds = static_cast<double>(timeLimit.count()) / 1000.0;
+    //% "The theme repository %1 did not answer within %2 seconds."
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.comparison.time-out"), seconds,
+                                                  "The theme repository %1 did not answer within %2 second.",
+                                                  "The theme repository %1 did not answer within %2 seconds.");
+    return GitError(GIT_ERROR, GIT_ERROR_NET,
+                    fillPlaceholders(format, {displayUrl(remoteRepositoryURL), localizedNumber(seconds)}));
 }
 
 } // namespace corvane

@@ -34,9 +34,9 @@ bool isSsh(const char* url)
     return colon && colon != url && (!slash || colon < slash);
 }
 
-QString seconds(std::chrono::milliseconds limit)
+double seconds(std::chrono::milliseconds limit)
 {
-    return QString::number(double(limit.count()) / 1000.0);
+    return double(limit.count()) / 1000.0;
 }
 
 } // namespace
@@ -160,27 +160,29 @@ void TransferWatch::reportTimeOut() const
 QString TransferWatch::timeOutText() const
 {
     const Stage stage = m_timedOutStage.load();
-    const QString limit = seconds(limitFor(stage));
+    const double limit = seconds(limitFor(stage));
+    QString format;
     switch (stage) {
-    case Stage::connecting: {
-        //% "Could not connect to %@ within %@ seconds."
-        const QString format = localizedString(QT_TRID_NOOP("corvane.git.connect-time-out"),
-                                               "Could not connect to %@ within %@ seconds.");
-        return fillPlaceholders(format, {displayUrl(m_remote), limit});
-    }
-    case Stage::awaitingReply: {
-        //% "The server of %@ accepted the connection but sent nothing for %@ seconds."
-        const QString format = localizedString(QT_TRID_NOOP("corvane.git.first-byte-time-out"),
-                                               "The server of %@ accepted the connection but sent nothing for %@ seconds.");
-        return fillPlaceholders(format, {displayUrl(m_remote), limit});
-    }
+    case Stage::connecting:
+        //% "Could not connect to %1 within %2 seconds."
+        format = localizedCountedString(QT_TRID_N_NOOP("corvane.git.connect-time-out"), limit,
+                                        "Could not connect to %1 within %2 second.",
+                                        "Could not connect to %1 within %2 seconds.");
+        break;
+    case Stage::awaitingReply:
+        //% "The server of %1 accepted the connection but sent nothing for %2 seconds."
+        format = localizedCountedString(QT_TRID_N_NOOP("corvane.git.first-byte-time-out"), limit,
+                                        "The server of %1 accepted the connection but sent nothing for %2 second.",
+                                        "The server of %1 accepted the connection but sent nothing for %2 seconds.");
+        break;
     case Stage::transferring:
+        //% "The transfer from %1 made no progress for %2 seconds."
+        format = localizedCountedString(QT_TRID_N_NOOP("corvane.git.no-progress"), limit,
+                                        "The transfer from %1 made no progress for %2 second.",
+                                        "The transfer from %1 made no progress for %2 seconds.");
         break;
     }
-    //% "The transfer from %@ made no progress for %@ seconds."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.git.no-progress"),
-                                           "The transfer from %@ made no progress for %@ seconds.");
-    return fillPlaceholders(format, {displayUrl(m_remote), limit});
+    return fillPlaceholders(format, {displayUrl(m_remote), localizedNumber(limit)});
 }
 
 GitError TransferWatch::errorFor(int code) const

@@ -18,34 +18,36 @@ namespace corvane {
 
 QString UntrustedThemeFiles::linkedFileText(const QString& path)
 {
-    //% "The theme file '%@' is a symbolic link. Links from the theme repository are never read."
+    //% "The theme file '%1' is a symbolic link. Links from the theme repository are never read."
     const QString format = localizedString(QT_TRID_NOOP("corvane.remote-themes.linked-file"),
-                                           "The theme file '%@' is a symbolic link. Links from the theme repository are never read.");
+                                           "The theme file '%1' is a symbolic link. Links from the theme repository are never read.");
     return fillPlaceholders(format, {path});
 }
 
 QString UntrustedThemeFiles::linkedDirectoryText(const QString& path)
 {
-    //% "The theme directory '%@' is a symbolic link. Links from the theme repository are never read."
+    //% "The theme directory '%1' is a symbolic link. Links from the theme repository are never read."
     const QString format = localizedString(QT_TRID_NOOP("corvane.remote-themes.linked-directory"),
-                                           "The theme directory '%@' is a symbolic link. Links from the theme repository are never read.");
+                                           "The theme directory '%1' is a symbolic link. Links from the theme repository are never read.");
     return fillPlaceholders(format, {path});
 }
 
 QString UntrustedThemeFiles::irregularFileText(const QString& path)
 {
-    //% "The theme file '%@' is not a regular file."
+    //% "The theme file '%1' is not a regular file."
     const QString format = localizedString(QT_TRID_NOOP("corvane.remote-themes.irregular-file"),
-                                           "The theme file '%@' is not a regular file.");
+                                           "The theme file '%1' is not a regular file.");
     return fillPlaceholders(format, {path});
 }
 
 QString UntrustedThemeFiles::oversizedFileText(const QString& path, std::size_t size, std::size_t limit)
 {
-    //% "The theme file '%@' has %@ bytes; a theme file may have at most %@ bytes. It was not checked out."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.remote-themes.oversized-file"),
-                                           "The theme file '%@' has %@ bytes; a theme file may have at most %@ bytes. It was not checked out.");
-    return fillPlaceholders(format, {path, QString::number(size), QString::number(limit)});
+    //% "The theme file '%1' has %2 bytes; a theme file may have at most %3 bytes. It was not checked out."
+    const QString format = localizedCountedString(
+        QT_TRID_N_NOOP("corvane.remote-themes.oversized-file"), double(size),
+        "The theme file '%1' has %2 byte; a theme file may have at most %3 bytes. It was not checked out.",
+        "The theme file '%1' has %2 bytes; a theme file may have at most %3 bytes. It was not checked out.");
+    return fillPlaceholders(format, {path, localizedNumber(double(size)), localizedNumber(double(limit))});
 }
 
 std::optional<TextError> UntrustedThemeFiles::refusal(const QString& cloneDirectory, const QString& themesDirectory,

@@ -96,17 +96,17 @@ int copyContent(int source, int target)
 
 QString trashFailure(const QString& path, const QString& reason)
 {
-    //% "Could not move '%@' to the Trash: %@"
+    //% "Could not move '%1' to the Trash: %2"
     const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.trash-failed"),
-                                           "Could not move '%@' to the Trash: %@");
+                                           "Could not move '%1' to the Trash: %2");
     return fillPlaceholders(format, {path, reason});
 }
 
 QString unrepresentable(const QString& path)
 {
-    //% "The name '%@' cannot be represented as a file name."
+    //% "The name '%1' cannot be represented as a file name."
     const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.name-not-representable"),
-                                           "The name '%@' cannot be represented as a file name.");
+                                           "The name '%1' cannot be represented as a file name.");
     return fillPlaceholders(format, {FileNameEncoding::displayed(path)});
 }
 
@@ -184,9 +184,9 @@ Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& director
 {
     const QString path = directory.toLocalFile();
     const auto failed = [&path](const QString& reason) {
-        //% "Could not create the directory '%@': %@"
+        //% "Could not create the directory '%1': %2"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.create-directory-failed"),
-                                               "Could not create the directory '%@': %@");
+                                               "Could not create the directory '%1': %2");
         return fail(fillPlaceholders(format, {FileNameEncoding::displayed(path), reason}));
     };
     if (!directory.isLocalFile() || path.isEmpty()) {
@@ -216,19 +216,19 @@ Result<void, AnyError> FileManager::createDirectoryIfNeeded(const QUrl& director
                 struct stat link;
                 if (code == ENOENT && ::lstat(encoded.constData(), &link) == 0 && S_ISLNK(link.st_mode)) {
                     // mkdir does not follow a link, and making its target is not ours to decide.
-                    //% "A symbolic link to something that doesn't exist stands at '%@'."
+                    //% "A symbolic link to something that doesn't exist stands at '%1'."
                     const QString format = localizedString(
                         QT_TRID_NOOP("corvane.file-manager.dangling-link-in-the-way"),
-                        "A symbolic link to something that doesn't exist stands at '%@'.");
+                        "A symbolic link to something that doesn't exist stands at '%1'.");
                     return failed(fillPlaceholders(format, {component}));
                 }
                 return failed(RegularFile::describeErrno(code));
             }
         }
         if (!made && !S_ISDIR(status.st_mode)) {
-            //% "A file, not a directory, stands at '%@'."
+            //% "A file, not a directory, stands at '%1'."
             const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.file-in-the-way"),
-                                                   "A file, not a directory, stands at '%@'.");
+                                                   "A file, not a directory, stands at '%1'.");
             return failed(fillPlaceholders(format, {component}));
         }
         if (slash < 0 || slash + 1 >= encodedPath->size())
@@ -242,9 +242,9 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     const QString& sourcePath = command.sourcePath;
     const QString& destinationPath = command.destinationPath;
     const auto failed = [&](const QString& reason) {
-        //% "Could not copy '%@' to '%@': %@"
+        //% "Could not copy '%1' to '%2': %3"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.copy-failed"),
-                                               "Could not copy '%@' to '%@': %@");
+                                               "Could not copy '%1' to '%2': %3");
         return fail(fillPlaceholders(format, {FileNameEncoding::displayed(sourcePath),
                                               FileNameEncoding::displayed(destinationPath), reason}));
     };
@@ -269,9 +269,9 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     if (!source && command.sourceTheme && ::lstat(sourceName->constData(), &sourceStatus) != 0 && errno == ENOENT)
         return changed(); // renamed or removed upstream since the list was made
     if (!source) {
-        //% "Could not read '%@': %@"
+        //% "Could not read '%1': %2"
         const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.source-unreadable"),
-                                               "Could not read '%@': %@");
+                                               "Could not read '%1': %2");
         return failed(fillPlaceholders(format, {FileNameEncoding::displayed(sourcePath), source.error().text}));
     }
 
@@ -299,9 +299,9 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     if (target.get() < 0) {
         const int code = errno;
         if (code == ENOENT || code == ENOTDIR) {
-            //% "The directory '%@' doesn't exist."
+            //% "The directory '%1' doesn't exist."
             const QString format = localizedString(QT_TRID_NOOP("corvane.file-manager.no-directory"),
-                                                   "The directory '%@' doesn't exist.");
+                                                   "The directory '%1' doesn't exist.");
             return failed(fillPlaceholders(format, {FileNameEncoding::displayed(parentOf(destinationPath))}));
         }
         return failed(RegularFile::describeErrno(code));

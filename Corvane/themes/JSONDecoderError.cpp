@@ -34,33 +34,33 @@ QString JSONDecoderError::errorDescription() const
 {
     switch (m_kind) {
     case Kind::dataCorrupted: {
-        //% "The data couldn't be read because it isn't valid JSON (%@)."
+        //% "The data couldn't be read because it isn't valid JSON (%1)."
         const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.dataCorrupted"),
-                                               "The data couldn't be read because it isn't valid JSON (%@).");
+                                               "The data couldn't be read because it isn't valid JSON (%1).");
         return fillPlaceholders(format, {m_detail});
     }
     case Kind::keyNotFound: {
-        //% "No value associated with key \"%@\"."
+        //% "No value associated with key \"%1\"."
         const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.keyNotFound"),
-                                               "No value associated with key \"%@\".");
+                                               "No value associated with key \"%1\".");
         return fillPlaceholders(format, {m_keyPath});
     }
     case Kind::valueNotFound: {
-        //% "Expected %@ value for key \"%@\" but found null instead."
+        //% "Expected %1 value for key \"%2\" but found null instead."
         const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.valueNotFound"),
-                                               "Expected %@ value for key \"%@\" but found null instead.");
+                                               "Expected %1 value for key \"%2\" but found null instead.");
         return fillPlaceholders(format, {m_expected, m_keyPath});
     }
     case Kind::typeMismatch:
         if (m_keyPath.isEmpty()) {
-            //% "Expected the document to be a JSON %@ but found %@ instead."
+            //% "Expected the document to be a JSON %1 but found %2 instead."
             const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.typeMismatch.document"),
-                                                   "Expected the document to be a JSON %@ but found %@ instead.");
+                                                   "Expected the document to be a JSON %1 but found %2 instead.");
             return fillPlaceholders(format, {m_expected, m_detail});
         } else {
-            //% "Expected %@ value for key \"%@\" but found %@ instead."
+            //% "Expected %1 value for key \"%2\" but found %3 instead."
             const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecoderError.typeMismatch"),
-                                                   "Expected %@ value for key \"%@\" but found %@ instead.");
+                                                   "Expected %1 value for key \"%2\" but found %3 instead.");
             return fillPlaceholders(format, {m_expected, m_keyPath, m_detail});
         }
     }

@@ -14,17 +14,17 @@ QString barePath(const QUrl& url)
 
 QString caseText(const JSONDecodingError::DataReadingFailed& reason)
 {
-    //% "reading Data from '%@' failed: %@"
+    //% "reading Data from '%1' failed: %2"
     const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecodingError.dataReadingFailed"),
-                                           "reading Data from '%@' failed: %@");
+                                           "reading Data from '%1' failed: %2");
     return fillPlaceholders(format, {barePath(reason.url), reason.error.errorDescription()});
 }
 
 QString caseText(const JSONDecodingError::JSONDecodingFailed& reason)
 {
-    //% "decoding JSON from '%@' failed: %@"
+    //% "decoding JSON from '%1' failed: %2"
     const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecodingError.jsonDecodingFailed"),
-                                           "decoding JSON from '%@' failed: %@");
+                                           "decoding JSON from '%1' failed: %2");
     return fillPlaceholders(format, {barePath(reason.url), reason.error.errorDescription()});
 }
 
@@ -32,8 +32,8 @@ QString caseText(const JSONDecodingError::JSONDecodingFailed& reason)
 
 QString JSONDecodingError::errorDescription() const
 {
-    //% "Could not decode JSON, %@"
-    const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecodingError.base"), "Could not decode JSON, %@");
+    //% "Could not decode JSON, %1"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.JSONDecodingError.base"), "Could not decode JSON, %1");
     return fillPlaceholders(format, {std::visit([](const auto& reason) { return caseText(reason); }, m_reason)});
 }
 

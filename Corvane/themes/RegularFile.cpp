@@ -57,17 +57,19 @@ QString RegularFile::describeNotRegular(mode_t mode)
         //% "a special file"
         kind = localizedString(QT_TRID_NOOP("corvane.file.kind.special"), "a special file");
     }
-    //% "It is not a regular file but %@."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.file.not-regular"), "It is not a regular file but %@.");
+    //% "It is not a regular file but %1."
+    const QString format = localizedString(QT_TRID_NOOP("corvane.file.not-regular"), "It is not a regular file but %1.");
     return fillPlaceholders(format, {kind});
 }
 
 QString RegularFile::describeTooLarge(std::size_t size, std::size_t limit)
 {
-    //% "The file has %@ bytes; a theme file may have at most %@ bytes."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.file.too-large"),
-                                           "The file has %@ bytes; a theme file may have at most %@ bytes.");
-    return fillPlaceholders(format, {QString::number(size), QString::number(limit)});
+    // The words agree with the file's size; the limit, a large round figure, takes the same form.
+    //% "The file has %1 bytes; a theme file may have at most %2 bytes."
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.file.too-large"), double(size),
+                                                  "The file has %1 byte; a theme file may have at most %2 bytes.",
+                                                  "The file has %1 bytes; a theme file may have at most %2 bytes.");
+    return fillPlaceholders(format, {localizedNumber(double(size)), localizedNumber(double(limit))});
 }
 
 Result<RegularFile, TextError> RegularFile::open(const QString& path)

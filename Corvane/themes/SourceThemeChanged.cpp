@@ -7,10 +7,10 @@ namespace corvane {
 
 QString SourceThemeChanged::errorDescription() const
 {
-    //% "The theme file '%@' changed in the repository after the list was made; nothing was installed."
+    //% "The theme file '%1' changed in the repository after the list was made; nothing was installed."
     const QString format = localizedString(
         QT_TRID_NOOP("corvane.file-manager.source-theme-changed"),
-        "The theme file '%@' changed in the repository after the list was made; nothing was installed.");
+        "The theme file '%1' changed in the repository after the list was made; nothing was installed.");
     return fillPlaceholders(format, {fileName});
 }
 

@@ -7,8 +7,8 @@ namespace corvane {
 
 QString ThemeDecodingError::errorDescription() const
 {
-    //% "Theme decoding failed: %@"
-    const QString format = localizedString(QT_TRID_NOOP("corvane.ThemeDecodingError.base"), "Theme decoding failed: %@");
+    //% "Theme decoding failed: %1"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.ThemeDecodingError.base"), "Theme decoding failed: %1");
     return fillPlaceholders(format, {error.errorDescription()});
 }
 

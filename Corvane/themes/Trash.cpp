@@ -92,9 +92,9 @@ Result<void, TextError> makeDirectories(const QByteArray& path, mode_t mode)
     if (::stat(path.constData(), &status) == 0) {
         if (S_ISDIR(status.st_mode))
             return {};
-        //% "A file, not a directory, stands at '%@'."
+        //% "A file, not a directory, stands at '%1'."
         return fail(fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.file-manager.file-in-the-way"),
-                                                     "A file, not a directory, stands at '%@'."),
+                                                     "A file, not a directory, stands at '%1'."),
                                      {shown(path)}));
     }
     if ((errno != ENOENT && errno != ENOTDIR) || path == "/")
@@ -102,9 +102,9 @@ Result<void, TextError> makeDirectories(const QByteArray& path, mode_t mode)
     if (auto parent = makeDirectories(parentOf(path), mode); !parent)
         return parent;
     if (::mkdir(path.constData(), mode) != 0 && errno != EEXIST) {
-        //% "Could not create the directory '%@': %@"
+        //% "Could not create the directory '%1': %2"
         return fail(fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.file-manager.create-directory-failed"),
-                                                     "Could not create the directory '%@': %@"),
+                                                     "Could not create the directory '%1': %2"),
                                      {shown(path), RegularFile::describeErrno(errno)}));
     }
     return {};
@@ -179,10 +179,10 @@ Result<TrashLocation, TextError> trashFor(const QByteArray& realDirectory, dev_t
     const QByteArray top = mountTop(realDirectory, device);
     if (auto root = topTrash(top, create))
         return TrashLocation{*root, top};
-    //% "Its file system has no Trash that can be used here ('%@'), and the user's Trash is on another one."
+    //% "Its file system has no Trash that can be used here ('%1'), and the user's Trash is on another one."
     return fail(fillPlaceholders(
         localizedString(QT_TRID_NOOP("corvane.file-manager.no-trash-on-file-system"),
-                        "Its file system has no Trash that can be used here ('%@'), and the user's Trash is on another one."),
+                        "Its file system has no Trash that can be used here ('%1'), and the user's Trash is on another one."),
         {shown(joined(top, ".Trash-" + QByteArray::number(::getuid())))}));
 }
 

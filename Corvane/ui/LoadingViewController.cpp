@@ -48,13 +48,14 @@ void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
         setHidden(false);
         fadeTo(1.0, fadeInDuration);
     }
-    // Counts in the user's locale: "2,000" in English, "2.000" in German.
-    const QLocale locale;
     m_ui->loadingIndicator->setRange(0, int(total));
     m_ui->loadingIndicator->setValue(int(installed));
-    //% "Updating %@ of %@…"
-    const QString format = localizedString(QT_TRID_NOOP("corvane.loading.install-progress"), "Updating %@ of %@…");
-    m_ui->messageLabel->setText(fillPlaceholders(format, {locale.toString(installed), locale.toString(total)}));
+    // Counts in the user's locale ("2,000" in English, "2.000" in German), the words agreeing with the total.
+    //% "Updating %1 of %2…"
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.loading.install-progress"), double(total),
+                                                  "Updating %1 of %2…", "Updating %1 of %2…");
+    m_ui->messageLabel->setText(
+        fillPlaceholders(format, {localizedNumber(double(installed)), localizedNumber(double(total))}));
 }
 
 void LoadingViewController::show()

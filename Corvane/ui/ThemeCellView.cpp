@@ -81,12 +81,12 @@ void ThemeCellView::configure(const ThemeEntry& entry)
     QString accessibleFormat;
     if (entry.installedVersion) {
         title = updateTitle();
-        //% "Update %@"
-        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.update.accessible"), "Update %@");
+        //% "Update %1"
+        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.update.accessible"), "Update %1");
     } else {
         title = installTitle();
-        //% "Install %@"
-        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.install.accessible"), "Install %@");
+        //% "Install %1"
+        accessibleFormat = localizedString(QT_TRID_NOOP("corvane.theme.install.accessible"), "Install %1");
     }
     m_ui->updateButton->setText(title);
     m_ui->updateButton->setAccessibleName(fillPlaceholders(accessibleFormat, {entry.name}));

@@ -159,9 +159,11 @@ void ThemeListViewController::showUpdateAllTitle()
         return;
     }
     // Update All acts on the rows shown, and says so.
-    //% "Update %@ Shown"
-    const QString format = localizedString(QT_TRID_NOOP("corvane.list.update-shown"), "Update %@ Shown");
-    m_ui->updateAllButton->setText(fillPlaceholders(format, {QLocale().toString(m_tableViewModel->rowCount())}));
+    const int shown = m_tableViewModel->rowCount();
+    //% "Update %1 Shown"
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.list.update-shown"), shown,
+                                                  "Update %1 Shown", "Update %1 Shown");
+    m_ui->updateAllButton->setText(fillPlaceholders(format, {localizedNumber(shown)}));
 }
 
 bool ThemeListViewController::eventFilter(QObject* watched, QEvent* event)

@@ -4,6 +4,7 @@
 
 #include "ThemeRepositoryScene.h"
 
+#include <QLocale>
 #include <QProcess>
 #include <QSysInfo>
 #include <QTcpServer>
@@ -303,8 +304,10 @@ private slots:
         const auto synchronized = synchronizedRepository.synchronize();
         QVERIFY(!synchronized);
         QCOMPARE(synchronized.error().errorDescription(),
-                 QString("The theme file '%1/Themes/%2' has 4194305 bytes; a theme file may have at most "
-                         "4194304 bytes. It was not checked out.").arg(QFileInfo(scene.clonePath()).canonicalFilePath(), fileName));
+                 QString("The theme file '%1/Themes/%2' has %3 bytes; a theme file may have at most "
+                         "%4 bytes. It was not checked out.")
+                     .arg(QFileInfo(scene.clonePath()).canonicalFilePath(), fileName, QLocale().toString(4194305),
+                          QLocale().toString(4194304)));
         QCOMPARE(readFile(scene.clonePath() + "/Themes/" + fileName), checkedOut);
         if (!firstClone)
             QVERIFY(scene.cloneHead() == before && scene.cloneIsClean());

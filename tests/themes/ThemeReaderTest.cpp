@@ -10,6 +10,7 @@
 #include "ThemeFiles.h"
 
 #include <QDir>
+#include <QLocale>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -234,7 +235,9 @@ private slots:
         const QString x = "x.theme.json";
         const auto reading = [&](const QString& inner) { return failed("reading Data", x, inner); };
         const auto tooLarge = [&](qint64 size) {
-            return reading(QStringLiteral("The file has %1 bytes; a theme file may have at most 4194304 bytes.").arg(size));
+            // Sizes as the user's locale writes them.
+            return reading(QStringLiteral("The file has %1 bytes; a theme file may have at most %2 bytes.")
+                               .arg(QLocale().toString(size), QLocale().toString(4194304)));
         };
         const auto corrupt = [&](const QString& reason) {
             return failed("decoding JSON", x, "The data couldn't be read because it isn't valid JSON (" + reason + ").");

@@ -7,6 +7,7 @@
 #include "Corvane/module/TextError.h"
 #include "Corvane/presentation/Alerts.h"
 #include "Corvane/sources/GitError.h"
+#include "Corvane/sources/RepositoryTimeOut.h"
 #include "Corvane/themes/JSONDecodingError.h"
 #include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/ui/ThemeCellView.h"
@@ -42,7 +43,18 @@ const QStringList publishedIds = {
     u"corvane.ThemeDifferencesError.base"_s,
 };
 
-// Every id of the translation template, with the number of "%@" its English text fills.
+// The highest numbered marker of a text; "%@" would be left over from unnumbered texts and counts as none.
+int numberedMarkers(const QString& text)
+{
+    int highest = 0;
+    for (int n = 1; n < 10; ++n) {
+        if (text.contains(u'%' + QString::number(n)))
+            highest = n;
+    }
+    return highest;
+}
+
+// Every id of the translation template, with the number of markers ("%1", "%2", ...) its English text fills.
 QHash<QString, int> templateIds()
 {
     QHash<QString, int> ids;
@@ -57,7 +69,7 @@ QHash<QString, int> templateIds()
         if (xml.name() == u"message")
             id = xml.attributes().value("id"_L1).toString();
         else if (xml.name() == u"source")
-            ids.insert(id, int(xml.readElementText().count(u"%@")));
+            ids.insert(id, numberedMarkers(xml.readElementText()));
     }
     return ids;
 }
@@ -68,22 +80,13 @@ const QHash<QString, int>& ids()
     return all;
 }
 
-// "[id]", or "[id %@ %@]" with the id's placeholders.
-QString marker(const QString& id)
+// "[id]", or "[id %1 %2]" with the id's markers, each argument in place of its marker.
+QString marked(const QString& id, const QStringList& arguments = {})
 {
     QString text = u'[' + id;
     for (int i = 0; i < ids().value(id); ++i)
-        text += u" %@"_s;
+        text += u' ' + (i < arguments.size() ? arguments[i] : u'%' + QString::number(i + 1));
     return text + u']';
-}
-
-// The marker with its placeholders filled in order.
-QString marked(const QString& id, const QStringList& arguments = {})
-{
-    QString text = marker(id);
-    for (const QString& argument : arguments)
-        text.replace(text.indexOf(u"%@"), 2, argument);
-    return text;
 }
 
 class MarkingTranslator final : public QTranslator {
@@ -91,7 +94,7 @@ public:
     QString translate(const char*, const char* sourceText, const char*, int) const override
     {
         const QString id = QString::fromUtf8(sourceText);
-        return ids().contains(id) ? marker(id) : QString();
+        return ids().contains(id) ? marked(id) : QString();
     }
     bool isEmpty() const override { return false; }
 };
@@ -122,8 +125,8 @@ private slots:
         QTest::newRow("fetch failed") << std::function<void()>([=] { showFetchFailedAlert(error); }) << "fetch-failed"
                                       << marked(u"corvane.fetch-failed.message"_s) << "gone" << "close-updater";
         QTest::newRow("copying failed")
-            << std::function<void()>([=] { showCopyingFailedAlert(u"100% %@.theme.json"_s, error); })
-            << "copying-failed" << marked(u"corvane.copying-failed.message"_s, {u"100% %@.theme.json"_s})
+            << std::function<void()>([=] { showCopyingFailedAlert(u"100% %1.theme.json"_s, error); })
+            << "copying-failed" << marked(u"corvane.copying-failed.message"_s, {u"100% %1.theme.json"_s})
             << marked(u"corvane.generic-error.description"_s, {u"Corvane.CopyingThemeFailed"_s, u"1"_s}) << "continue";
         QTest::newRow("deleting the clone failed") << std::function<void()>([] { showDeletingLocalRepoFailedAlert(); })
                                                    << "deleting-local-repo-failed"
@@ -199,6 +202,9 @@ private slots:
             << AnyError(ThemeDifferencesError(ThemeDifferencesError::LocalFetchingFailed{
                    LocalThemeFetchingError(LocalThemeFetchingError::DecodingError{undecodable})}))
             << differences(local(decoding(json(marked(u"corvane.JSONDecodingError.jsonDecodingFailed"_s, {path, u"inner"_s})))));
+        // A text that counts is looked up by its id too, whatever the count.
+        QTest::newRow("counted: time-out") << AnyError(repositoryTimeOut(QUrl(u"git://h/t"_s), std::chrono::milliseconds(1500)))
+                                           << marked(u"corvane.comparison.time-out"_s, {u"git://h/t"_s, u"1.5"_s});
         // What the JSON decoder reports, in a file's own words.
         const auto decoded = [](const char* json) {
             const auto theme = ThemeJsonParser().decode(QByteArray(json));

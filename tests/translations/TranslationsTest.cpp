@@ -1,24 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
+#include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/RepositoryTimeOut.h"
+#include "Corvane/sources/UntrustedThemeFiles.h"
+#include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/ThemeDecodingError.h"
 
 #include <QFile>
 #include <QHash>
+#include <QRegularExpression>
+#include <QSet>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
+#include <functional>
+
 using namespace corvane;
+using namespace std::chrono_literals;
 
 namespace {
 
 struct Message {
     QString source;
-    QString translation;
+    QStringList translations; // one, or every plural form
     QString type;
+    bool counted = false;
 };
 
 // The messages of a Qt Linguist file, by id.
@@ -35,14 +45,28 @@ QHash<QString, Message> readCatalogue(const QString& path)
             continue;
         if (xml.name() == u"message") {
             id = xml.attributes().value(QLatin1StringView("id")).toString();
+            messages[id].counted = xml.attributes().value(QLatin1StringView("numerus")) == u"yes";
         } else if (xml.name() == u"source") {
             messages[id].source = xml.readElementText();
         } else if (xml.name() == u"translation") {
             messages[id].type = xml.attributes().value(QLatin1StringView("type")).toString();
-            messages[id].translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            if (!messages[id].counted)
+                messages[id].translations = {xml.readElementText()};
+        } else if (xml.name() == u"numerusform") {
+            messages[id].translations.append(xml.readElementText());
         }
     }
     return messages;
+}
+
+// The numbered markers of a text, "%1" to "%99", and any old-style "%@" left behind.
+QSet<QString> markers(const QString& text)
+{
+    static const QRegularExpression marker(QStringLiteral("%(\\d{1,2}|@)"));
+    QSet<QString> found;
+    for (const auto& match : marker.globalMatch(text))
+        found.insert(match.captured());
+    return found;
 }
 
 QString sourceFile(const QString& relative)
@@ -78,10 +102,16 @@ private slots:
             QCOMPARE(inTemplate[id].source, it->source);
             QVERIFY2(inGerman.contains(id), qPrintable(id + QStringLiteral(" has no German translation")));
             const Message& german = inGerman[id];
-            QVERIFY2(german.type.isEmpty() && !german.translation.isEmpty(),
+            QVERIFY2(!it->source.contains(u"%@"), qPrintable(id + QStringLiteral(" still uses %@ markers")));
+            QCOMPARE(german.counted, it->counted);
+            // German has a singular and a plural.
+            QVERIFY2(german.type.isEmpty() && german.translations.size() == (it->counted ? 2 : 1),
                      qPrintable(id + QStringLiteral(" is not finished in German")));
-            QVERIFY2(german.translation.count(u"%@") == it->source.count(u"%@"),
-                     qPrintable(id + QStringLiteral(" fills a different number of placeholders in German")));
+            for (const QString& form : german.translations) {
+                QVERIFY2(!form.isEmpty(), qPrintable(id + QStringLiteral(" has an empty German form")));
+                QVERIFY2(markers(form) == markers(it->source),
+                         qPrintable(id + QStringLiteral(" fills other markers in German: ") + form));
+            }
         }
     }
 
@@ -96,11 +126,11 @@ private slots:
         //% "Dark"
         QCOMPARE(localizedString(QT_TRID_NOOP("corvane.style.dark"), "Dark"), QStringLiteral("Dark"));
         const QString message = fillPlaceholders(
-            //% "The theme '%@' could not be copied. You can try to delete all local themes to start fresh."
+            //% "The theme '%1' could not be copied. You can try to delete all local themes to start fresh."
             localizedString(QT_TRID_NOOP("corvane.copying-failed.message"),
-                            "The theme '%@' could not be copied. You can try to delete all local themes to start fresh."),
-            {QStringLiteral("100%@night.theme.json")});
-        QCOMPARE(message, QStringLiteral("Das Theme „100%@night.theme.json“ ließ sich nicht kopieren."));
+                            "The theme '%1' could not be copied. You can try to delete all local themes to start fresh."),
+            {QStringLiteral("100%1night.theme.json")});
+        QCOMPARE(message, QStringLiteral("Das Theme „100%1night.theme.json“ ließ sich nicht kopieren."));
         // An id the host does not translate keeps the English default, also when nested.
         QCOMPARE(ThemeDecodingError{TextError{QStringLiteral("Expected directoryURL")}}.errorDescription(),
                  QStringLiteral("Theme decoding failed: Expected directoryURL"));
@@ -125,16 +155,19 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("two in order") << "reading Data from '%@' failed: %@" << QStringList{"/a b", "gone"}
+        QTest::newRow("two in order") << "reading Data from '%1' failed: %2" << QStringList{"/a b", "gone"}
                                       << "reading Data from '/a b' failed: gone";
-        QTest::newRow("per-cent sign in an argument") << "The theme '%@' could not be copied."
+        QTest::newRow("reordered by a translator") << "%2: '%1'" << QStringList{"/a b", "gone"} << "gone: '/a b'";
+        QTest::newRow("one argument twice") << "%1 and %1" << QStringList{"x"} << "x and x";
+        QTest::newRow("per-cent sign in an argument") << "The theme '%1' could not be copied."
                                                       << QStringList{"50%.theme.json"}
                                                       << "The theme '50%.theme.json' could not be copied.";
-        QTest::newRow("placeholder inside an argument is not filled again")
-            << "%@ and %@" << QStringList{"%@", "x"} << "%@ and x";
-        QTest::newRow("Qt-style markers stay") << "%1 %@" << QStringList{"x"} << "%1 x";
-        QTest::newRow("more placeholders than arguments") << "%@ %@" << QStringList{"x"} << "x %@";
-        QTest::newRow("newline in an argument") << "'%@'" << QStringList{"a\nb"} << "'a\nb'";
+        QTest::newRow("marker inside an argument is not filled again")
+            << "%1 and %2" << QStringList{"%2 %1 %@", "x"} << "%2 %1 %@ and x";
+        QTest::newRow("marker without an argument stays") << "%1 %3" << QStringList{"x", "y"} << "x %3";
+        QTest::newRow("a tenth marker is not the first and a zero") << "%10 %1" << QStringList{"x"} << "%10 x";
+        QTest::newRow("per-cent sign before other text stays") << "100% %1%" << QStringList{"x"} << "100% x%";
+        QTest::newRow("newline in an argument") << "'%1'" << QStringList{"a\nb"} << "'a\nb'";
     }
 
     void placeholdersAreFilledAsData()
@@ -148,6 +181,65 @@ private slots:
         else
             result = fillPlaceholders(format, {arguments[0], arguments[1]});
         QCOMPARE(result, expected);
+    }
+
+    // Texts that count: the word agrees with the number, and the number is written as the locale writes it.
+    void countedTexts_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<std::function<QString()>>("text");
+        QTest::addColumn<QString>("expected");
+        const std::function<QString()> tooLarge = [] { return RegularFile::describeTooLarge(5242955, 4194304); };
+        const std::function<QString()> oneByte = [] { return RegularFile::describeTooLarge(1, 0); };
+        const auto timeOut = [](std::chrono::milliseconds limit) {
+            return std::function<QString()>(
+                [limit] { return repositoryTimeOut(QUrl(QStringLiteral("git://h/t")), limit).message(); });
+        };
+        const std::function<QString()> busyForMinutes = [] { return CloneLock::busyText(QStringLiteral("/c"), 150s); };
+        const std::function<QString()> oversized = [] {
+            return UntrustedThemeFiles::oversizedFileText(QStringLiteral("/c/1%2.theme.json"), 12000000, 4194304);
+        };
+
+        QTest::newRow("en: many bytes") << "en_US" << tooLarge
+                                        << "The file has 5,242,955 bytes; a theme file may have at most 4,194,304 bytes.";
+        QTest::newRow("de: many bytes") << "de_DE" << tooLarge
+                                        << "Die Datei hat 5.242.955 Bytes; eine Theme-Datei darf höchstens 4.194.304 Bytes haben.";
+        QTest::newRow("en: one byte") << "en_US" << oneByte
+                                      << "The file has 1 byte; a theme file may have at most 0 bytes.";
+        QTest::newRow("de: one byte") << "de_DE" << oneByte
+                                      << "Die Datei hat 1 Byte; eine Theme-Datei darf höchstens 0 Bytes haben.";
+        QTest::newRow("en: one second") << "en_US" << timeOut(1000ms)
+                                        << "The theme repository git://h/t did not answer within 1 second.";
+        QTest::newRow("de: one second") << "de_DE" << timeOut(1000ms)
+                                        << "Das Theme-Repository git://h/t hat nicht innerhalb von 1 Sekunde geantwortet.";
+        QTest::newRow("en: a fraction of a second") << "en_US" << timeOut(1500ms)
+                                                    << "The theme repository git://h/t did not answer within 1.5 seconds.";
+        QTest::newRow("de: a fraction of a second") << "de_DE" << timeOut(1500ms)
+                                                    << "Das Theme-Repository git://h/t hat nicht innerhalb von 1,5 Sekunden geantwortet.";
+        QTest::newRow("en: minutes") << "en_US" << busyForMinutes
+                                     << "Another synchronisation of the clone /c has been running for 2 minutes.";
+        QTest::newRow("de: minutes") << "de_DE" << busyForMinutes
+                                     << "Eine andere Synchronisierung des Klons /c läuft seit 2 Minuten.";
+        QTest::newRow("de: a path with markers and a count")
+            << "de_DE" << oversized
+            << "Die Theme-Datei „/c/1%2.theme.json“ hat 12.000.000 Bytes; eine Theme-Datei darf höchstens "
+               "4.194.304 Bytes haben. Sie wurde nicht ausgecheckt.";
+    }
+
+    void countedTexts()
+    {
+        QFETCH(QString, language);
+        QFETCH(std::function<QString()>, text);
+        QTranslator german;
+        if (language.startsWith(QStringLiteral("de"))) {
+            QVERIFY(german.load(QStringLiteral(GERMAN_CATALOGUE)));
+            QCoreApplication::installTranslator(&german);
+        }
+        QLocale::setDefault(QLocale(language));
+        const QString result = text();
+        QLocale::setDefault(QLocale::c());
+        QCoreApplication::removeTranslator(&german);
+        QTEST(result, "expected");
     }
 };
 

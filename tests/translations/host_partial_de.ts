@@ -8,8 +8,8 @@
         <translation>Hell</translation>
     </message>
     <message id="corvane.copying-failed.message">
-        <source>The theme &apos;%@&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
-        <translation>Das Theme „%@“ ließ sich nicht kopieren.</translation>
+        <source>The theme &apos;%1&apos; could not be copied. You can try to delete all local themes to start fresh.</source>
+        <translation>Das Theme „%1“ ließ sich nicht kopieren.</translation>
     </message>
 </context>
 </TS>

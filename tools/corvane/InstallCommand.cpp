@@ -22,10 +22,10 @@ QString canonical(const QString& name)
 
 QString copyingFailedMessage(const QString& fileName)
 {
-    //% "The theme '%@' could not be copied. You can try to delete all local themes to start fresh."
+    //% "The theme '%1' could not be copied. You can try to delete all local themes to start fresh."
     const QString format = localizedString(
         QT_TRID_NOOP("corvane.copying-failed.message"),
-        "The theme '%@' could not be copied. You can try to delete all local themes to start fresh.");
+        "The theme '%1' could not be copied. You can try to delete all local themes to start fresh.");
     return fillPlaceholders(format, {fileName});
 }
 
