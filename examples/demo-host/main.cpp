@@ -2,6 +2,8 @@
 // A small host application that keeps its themes current with Corvane.
 #include "DemoWindow.h"
 
+#include "Corvane/module/Translations.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -24,21 +26,26 @@ QUrl location(const QString& argument)
 }
 
 // The host installs its translators; Corvane's texts are looked up in them like the host's own.
-void loadTranslations(QApplication& application, const QString& language)
+void installTranslators(QApplication& application, const QString& language)
 {
+    const QLocale locale(language);
+    // Counts and sizes in Corvane's texts are written as the default locale writes numbers.
+    QLocale::setDefault(locale);
+    // Corvane's catalogue, from where Corvane is installed (or was built).
+    corvane::loadTranslations(locale);
+    // The demo's own texts, installed after Corvane's: a host's translator may override any of Corvane's ids.
     const QStringList folders = {QCoreApplication::applicationDirPath() + QStringLiteral("/translations"),
                                  QStringLiteral(CORVANE_TRANSLATIONS_DIR)};
-    for (const QString& catalogue : {QStringLiteral("corvane_"), QStringLiteral("corvane-demo_")}) {
-        auto translator = new QTranslator(&application);
-        for (const QString& folder : folders) {
-            if (translator->load(catalogue + language, folder)) {
-                QCoreApplication::installTranslator(translator);
-                break;
-            }
+    auto translator = new QTranslator(&application);
+    for (const QString& folder : folders) {
+        if (translator->load(locale, QStringLiteral("corvane-demo"), QStringLiteral("_"), folder)) {
+            QCoreApplication::installTranslator(translator);
+            break;
         }
     }
     auto qtTranslator = new QTranslator(&application);
-    if (qtTranslator->load(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (qtTranslator->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
+                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(qtTranslator);
 }
 
@@ -68,7 +75,7 @@ int main(int argc, char** argv)
         return 2;
     }
     if (parser.isSet(language))
-        loadTranslations(application, parser.value(language));
+        installTranslators(application, parser.value(language));
 
     std::unique_ptr<QSettings> settings = parser.isSet(settingsFile)
         ? std::make_unique<QSettings>(parser.value(settingsFile), QSettings::IniFormat)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/module/Localized.h"
 #include "Corvane/module/TextError.h"
+#include "Corvane/module/Translations.h"
 #include "Corvane/sources/CloneLock.h"
 #include "Corvane/sources/RepositoryTimeOut.h"
 #include "Corvane/sources/UntrustedThemeFiles.h"
@@ -240,6 +241,28 @@ private slots:
         QLocale::setDefault(QLocale::c());
         QCoreApplication::removeTranslator(&german);
         QTEST(result, "expected");
+    }
+
+    // The catalogue is found from the program's place in the build tree, as an installed one is found
+    // from the library's; a later call replaces the earlier translator.
+    void loadTranslationsInstallsTheCatalogueOfALanguage_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<bool>("found");
+        QTest::addColumn<QString>("light");
+        QTest::newRow("German") << "de_DE" << true << "Hell";
+        QTest::newRow("a regional German") << "de_AT" << true << "Hell";
+        QTest::newRow("a language without a catalogue replaces German") << "fr_FR" << false << "Light";
+        QTest::newRow("German again") << "de" << true << "Hell";
+        QTest::newRow("English") << "en_GB" << false << "Light";
+    }
+
+    void loadTranslationsInstallsTheCatalogueOfALanguage()
+    {
+        QFETCH(QString, language);
+        QTEST(loadTranslations(QLocale(language)), "found");
+        //% "Light"
+        QTEST(localizedString(QT_TRID_NOOP("corvane.style.light"), "Light"), "light");
     }
 };
 

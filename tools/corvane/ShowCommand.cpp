@@ -2,6 +2,7 @@
 #include "CommandLine.h"
 #include "Commands.h"
 
+#include "Corvane/module/Translations.h"
 #include "Corvane/module/CorvaneWireframe.h"
 #include "Corvane/presentation/AlertDialog.h"
 #include "Corvane/ui/CorvaneWindowController.h"
@@ -14,7 +15,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QTranslator>
+#include <QLocale>
 
 #include <cstdlib>
 #include <memory>
@@ -111,20 +112,15 @@ void dropPlatformNotices(QtMsgType type, const QMessageLogContext& context, cons
         std::abort();
 }
 
-// The module's catalogue for a language, where an installation keeps it beside bin/, or where the
-// build left it (build/translations, beside build/tools/corvane/).
+// The module's catalogue for a language, from where the library finds it (installed or built); its
+// counts and sizes written as that language writes numbers.
 bool installTranslation(const QString& language)
 {
-    auto translator = new QTranslator(qApp);
-    const QString programDirectory = QCoreApplication::applicationDirPath();
-    const QStringList folders = {programDirectory + QStringLiteral("/../share/corvane/translations"),
-                                 programDirectory + QStringLiteral("/../../translations")};
-    for (const QString& folder : folders) {
-        if (translator->load(QStringLiteral("corvane_") + language, folder))
-            return QCoreApplication::installTranslator(translator);
-    }
-    delete translator;
-    return false;
+    const QLocale locale(language);
+    if (!corvane::loadTranslations(locale))
+        return false;
+    QLocale::setDefault(locale);
+    return true;
 }
 
 } // namespace

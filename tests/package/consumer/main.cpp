@@ -5,6 +5,7 @@
 #include <Corvane/differences/CopyCommand.h>
 #include <Corvane/module/CorvaneModule.h>
 #include <Corvane/module/CorvaneVersion.h>
+#include <Corvane/module/Translations.h>
 #include <Corvane/themes/FileManager.h>
 
 #include <QCoreApplication>
@@ -27,6 +28,11 @@ int main(int argc, char** argv)
     if (QString::fromLatin1(CORVANE_VERSION)
         != QStringLiteral("%1.%2.%3").arg(CORVANE_VERSION_MAJOR).arg(CORVANE_VERSION_MINOR).arg(CORVANE_VERSION_PATCH))
         return 1;
+
+    // Corvane's German catalogue is found where the package installed it, relative to the library.
+    if (!corvane::loadTranslations(QLocale(QStringLiteral("de_DE"))) || qtTrId("corvane.style.dark") != QStringLiteral("Dunkel"))
+        return 1;
+    corvane::loadTranslations(QLocale::c());
 
     const corvane::Configuration configuration(QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath()),
                                                QUrl::fromLocalFile(QFileInfo(QString::fromLocal8Bit(argv[2])).absoluteFilePath()),
