@@ -51,12 +51,18 @@ QString fillPlaceholders(const QString& format, std::initializer_list<QString> a
     result.reserve(format.size() + 64);
     qsizetype from = 0;
     qsizetype at = 0;
+    int unnumbered = 0;
     while ((at = format.indexOf(u'%', at)) >= 0) {
         // "%" followed by one or two digits names an argument; "%10" is the tenth, never the first and a "0".
         qsizetype end = at + 1;
         int number = 0;
         while (end < format.size() && end - at <= 2 && format[end].isDigit() && format[end].unicode() < 128) {
             number = number * 10 + (format[end].unicode() - u'0');
+            ++end;
+        }
+        // A host's catalogue written with unnumbered "%@" markers still gets its arguments, in order.
+        if (end == at + 1 && end < format.size() && format[end] == u'@') {
+            number = ++unnumbered;
             ++end;
         }
         if (number < 1 || number > qsizetype(arguments.size())) {

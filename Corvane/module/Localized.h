@@ -21,7 +21,8 @@ QString localizedCountedString(const char* id, double count, const char* english
 
 // Fills each "%1" to "%99" of a looked-up format with the argument of that number, so translators may
 // reorder them. Arguments are data: a "%" or "%1" inside a file name stays as it is and is not filled
-// again. A marker without an argument stays as it is.
+// again. A marker without an argument stays as it is. Unnumbered "%@" markers, as in a host's catalogue
+// made from the English texts of earlier versions, take the arguments in order.
 QString fillPlaceholders(const QString& format, std::initializer_list<QString> arguments);
 
 // A quantity as the user's locale writes it: 5242955 reads "5,242,955" in English, "5.242.955" in

@@ -169,6 +169,8 @@ private slots:
         QTest::newRow("a tenth marker is not the first and a zero") << "%10 %1" << QStringList{"x"} << "%10 x";
         QTest::newRow("per-cent sign before other text stays") << "100% %1%" << QStringList{"x"} << "100% x%";
         QTest::newRow("newline in an argument") << "'%1'" << QStringList{"a\nb"} << "'a\nb'";
+        QTest::newRow("a host's unnumbered markers, in order") << "'%@': %@" << QStringList{"%@ 1%", "x"}
+                                                               << "'%@ 1%': x";
     }
 
     void placeholdersAreFilledAsData()
