@@ -2,8 +2,8 @@
 #include "Corvane/ui/CorvaneWindowController.h"
 
 #include "Corvane/module/Localized.h"
-#include "Corvane/presentation/AlertWindowScope.h"
-#include "Corvane/presentation/Alerts.h"
+#include "Corvane/ui/AlertWindowScope.h"
+#include "Corvane/ui/Alerts.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "ui_Corvane.h"

@@ -2,7 +2,7 @@
 #include "Corvane/ui/ThemeCellView.h"
 
 #include "Corvane/module/Localized.h"
-#include "Corvane/presentation/ActionButton.h"
+#include "Corvane/ui/ActionButton.h"
 #include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/VersionLabel.h"
 #include "ui_ThemeCell.h"

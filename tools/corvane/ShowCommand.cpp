@@ -3,7 +3,7 @@
 #include "Commands.h"
 
 #include "Corvane/module/CorvaneWireframe.h"
-#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/AlertDialog.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeListViewController.h"
 
@@ -111,13 +111,13 @@ void dropPlatformNotices(QtMsgType type, const QMessageLogContext& context, cons
         std::abort();
 }
 
-// The module's catalogue for a language, where an installation keeps it beside bin/, or where the
-// build left it (build/translations, beside build/tools/corvane/).
+// The module's catalogue for a language, where an installation keeps it (share/ beside libexec/corvane/),
+// or where the build left it (build/translations, beside build/tools/corvane/).
 bool installTranslation(const QString& language)
 {
     auto translator = new QTranslator(qApp);
     const QString programDirectory = QCoreApplication::applicationDirPath();
-    const QStringList folders = {programDirectory + QStringLiteral("/../share/corvane/translations"),
+    const QStringList folders = {programDirectory + QStringLiteral("/../../share/corvane/translations"),
                                  programDirectory + QStringLiteral("/../../translations")};
     for (const QString& folder : folders) {
         if (translator->load(QStringLiteral("corvane_") + language, folder))
