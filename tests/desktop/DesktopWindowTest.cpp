@@ -3,7 +3,7 @@
 // screen is read back from the root window, not rendered off screen, and clicks and keys travel through
 // the X server with xdotool, as a person's do.
 #include "Corvane/module/CorvaneWireframe.h"
-#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/AlertDialog.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/ThemeCellView.h"
