@@ -30,7 +30,7 @@ CorvaneWindowController::CorvaneWindowController(QWidget* window, QSettings* fra
 
 CorvaneWindowController::~CorvaneWindowController()
 {
-    if (!m_window)
+    if (!m_window || m_embedded)
         return;
     if (m_window->isVisible())
         saveFrame();
@@ -47,6 +47,16 @@ std::shared_ptr<CorvaneWindowController> CorvaneWindowController::fromForm(QWidg
     Ui::CorvaneWindow form;
     form.setupUi(window);
     return std::make_shared<CorvaneWindowController>(window, frameSettings);
+}
+
+std::shared_ptr<CorvaneWindowController> CorvaneWindowController::embeddedIn(QWidget* content)
+{
+    auto controller = std::make_shared<CorvaneWindowController>();
+    controller->m_embedded = true;
+    controller->m_window = content;
+    controller->m_listViewController =
+        content->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
+    return controller;
 }
 
 void CorvaneWindowController::windowDidLoad()
@@ -67,7 +77,7 @@ void CorvaneWindowController::windowDidLoad()
 
 void CorvaneWindowController::showWindow()
 {
-    if (!m_window)
+    if (!m_window || m_embedded)
         return;
     // A window already on screen comes to the front; a hidden one does so by being shown.
     const bool wasVisible = m_window->isVisible();
@@ -105,7 +115,7 @@ void CorvaneWindowController::placeBeforeShowing()
 
 void CorvaneWindowController::close()
 {
-    if (m_window)
+    if (m_window && !m_embedded)
         m_window->close();
 }
 
