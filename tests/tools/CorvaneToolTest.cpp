@@ -275,7 +275,8 @@ private slots:
         QVERIFY2(remote.startsWith("./") || !run.err.contains(QDir::currentPath()), qPrintable(run.err));
     }
 
-    // Scripts name no secrets: the password comes from git's credential helpers, and stays out of the clone.
+    // Scripts name no secrets: the password comes from git's credential helpers, and stays out of the clone;
+    // an accepted answer is approved (the helper may keep it), a refused one rejected, as git does.
     void asksGitsCredentialHelpers_data()
     {
         QTest::addColumn<QString>("stored"); // what the helper knows; empty: no helper configured
@@ -296,12 +297,13 @@ private slots:
         const QUrl url = server.url("remote");
 
         QTemporaryDir home;
+        const QString log = home.filePath("helper.log");
         if (!stored.isEmpty()) {
-            QUrl known = url;
-            known.setPath({});
-            known.setUserInfo(stored);
-            writeFile(home.path(), "credentials", known.toString().toUtf8() + "\n");
-            writeFile(home.path(), ".gitconfig", "[credential]\n\thelper = store --file=" + home.filePath("credentials").toUtf8() + "\n");
+            // A helper that knows one answer and notes what git asks of it.
+            const QString helper = QStringLiteral("!f() { echo $1 >> '%1'; cat >/dev/null; test $1 = get && printf "
+                                                  "'username=%2\\npassword=%3\\n'; true; }; f")
+                                       .arg(log, stored.section(':', 0, 0), stored.section(':', 1));
+            writeFile(home.path(), ".gitconfig", "[credential]\n\thelper = \"" + helper.toUtf8() + "\"\n");
         }
         QProcessEnvironment environment;
         environment.insert("HOME", home.path());
@@ -310,10 +312,15 @@ private slots:
         environment.insert("GIT_TERMINAL_PROMPT", "0");
         const Run run = runTool({"check", "--remote", url.toString(), "--clone", scene.clone}, environment);
         QVERIFY2(run.exitCode == exitCode, qPrintable(run.err));
+        const QByteArray asked = readFile(log);
         if (exitCode == 0) {
             QCOMPARE(run.out, "update-available " + commit + "\n");
             QVERIFY(!readFile(scene.clone + "/.git/config").contains("s3cret"));
+            QVERIFY2(asked.startsWith("get\n") && asked.endsWith("store\n"), asked.constData());
+        } else {
+            QVERIFY2(!asked.contains("store"), asked.constData());
         }
+        QVERIFY(stored.isEmpty() || asked.contains("get"));
     }
 
     void aFailedCopyStopsTheBatch()

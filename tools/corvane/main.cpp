@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CommandLine.h"
 #include "Commands.h"
+#include "GitCredentialHelper.h"
 
 #include "Corvane/corvane_version.h"
 
@@ -60,7 +61,10 @@ int main(int argc, char** argv)
         QCoreApplication::setApplicationName(QStringLiteral("corvane"));
         QStringList arguments = QCoreApplication::arguments();
         arguments.removeFirst(); // the program; the subcommand's name stands first, as a parser expects
-        return command.run(arguments);
+        const int status = command.run(arguments);
+        if (status == corvane::cli::done)
+            corvane::cli::approveGitCredentials();
+        return status;
     }
     corvane::cli::printError(QStringLiteral("corvane: unknown command '%1'").arg(QString::fromLocal8Bit(argv[1])));
     printUsage(corvane::cli::printError);
