@@ -147,6 +147,8 @@ void ThemeListViewController::updateButtons(const ThemeListState& state)
     m_ui->updateAllButton->setEnabled(hasRows);
     m_ui->refreshButton->setEnabled(!loading);
     if (state && *state) {
+        // The host may have changed the skips meanwhile (forgotten them, say): the new rows follow its settings.
+        changeSkippedVersions([](SkippedVersions&) {});
         m_checked.start();
         m_summaryClock->start();
     } else {
