@@ -26,6 +26,7 @@
 #include <QShortcut>
 #include <QUrl>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSettings>
 #include <QTimer>
@@ -147,8 +148,7 @@ void ThemeListViewController::updateButtons(const ThemeListState& state)
     m_ui->updateAllButton->setEnabled(hasRows);
     m_ui->refreshButton->setEnabled(!loading);
     if (state && *state) {
-        // The host may have changed the skips meanwhile (forgotten them, say): the new rows follow its settings.
-        changeSkippedVersions([](SkippedVersions&) {});
+        reloadSkippedVersions();
         m_checked.start();
         m_summaryClock->start();
     } else {
@@ -162,6 +162,18 @@ void ThemeListViewController::setSettings(QSettings* settings)
 {
     m_settings = settings;
     changeSkippedVersions([](SkippedVersions&) {});
+}
+
+void ThemeListViewController::reloadSkippedVersions()
+{
+    // The host may have changed the skips meanwhile (forgotten them, say): the new rows follow its
+    // settings. The rows are not in yet, so this reset must not settle the focus and scroll position.
+    QSettings defaults;
+    SkippedVersions fresh = SkippedVersions::load(m_settings ? *m_settings : defaults);
+    if (fresh == m_tableViewModel->skippedVersions())
+        return;
+    QScopedValueRollback quiet(m_reloadingSkips, true);
+    m_tableViewModel->setSkippedVersions(std::move(fresh));
 }
 
 void ThemeListViewController::skipVersion(const ThemeEntry& entry)
@@ -347,6 +359,8 @@ void ThemeListViewController::parkFocusWhileBusy()
 
 void ThemeListViewController::rowsReplaced()
 {
+    if (m_reloadingSkips)
+        return;
     m_rowsMoved.start();
     showUpdateAllTitle();
     showSkippedToggleIfUseful();

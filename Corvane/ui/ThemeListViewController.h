@@ -107,6 +107,7 @@ private:
     void showUpdateAllTitle();
     void showRowMenu(const ThemeCellView& cell, const QPoint& at);
     void changeSkippedVersions(const std::function<void(SkippedVersions&)>& change);
+    void reloadSkippedVersions();
     void showSkippedToggleIfUseful();
     void showSummary();
     void showAllUpToDateIfEverythingSkipped();
@@ -124,6 +125,7 @@ private:
     // Since the last comparison that succeeded; invalid until one has.
     QElapsedTimer m_checked;
     QTimer* m_summaryClock;
+    bool m_reloadingSkips = false;
 
     bool m_loading = false;
     bool m_installing = false;

@@ -17,7 +17,10 @@ void ThemeTableModel::reset(const std::function<void()>& change)
 
 void ThemeTableModel::setEntries(QList<ThemeEntry> entries)
 {
-    reset([&] { m_entries = std::move(entries); });
+    reset([&] {
+        m_entries = std::move(entries);
+        markSkipped();
+    });
 }
 
 void ThemeTableModel::setFindText(const QString& text)
@@ -30,7 +33,10 @@ void ThemeTableModel::setFindText(const QString& text)
 
 void ThemeTableModel::setSkippedVersions(SkippedVersions skipped)
 {
-    reset([&] { m_skipped = std::move(skipped); });
+    reset([&] {
+        m_skipped = std::move(skipped);
+        markSkipped();
+    });
 }
 
 void ThemeTableModel::setShowsSkipped(bool shows)
@@ -40,23 +46,33 @@ void ThemeTableModel::setShowsSkipped(bool shows)
     reset([&] { m_showsSkipped = shows; });
 }
 
+void ThemeTableModel::markSkipped()
+{
+    // Once per new list or new skips, not per keystroke of a find text.
+    m_skippedRows.clear();
+    m_skippedCount = 0;
+    if (m_skipped.isEmpty())
+        return;
+    m_skippedRows.resize(m_entries.size());
+    for (qsizetype index = 0; index < m_entries.size(); ++index) {
+        m_skippedRows[index] = m_skipped.skips(m_entries.at(index));
+        m_skippedCount += m_skippedRows[index] ? 1 : 0;
+    }
+}
+
 void ThemeTableModel::narrow()
 {
-    m_skippedCount = 0;
-    if (!m_skipped.isEmpty()) {
-        for (const ThemeEntry& entry : std::as_const(m_entries))
-            m_skippedCount += m_skipped.skips(entry) ? 1 : 0;
-    }
     const bool hidesSkipped = m_skippedCount > 0 && !m_showsSkipped;
     // The comparison yields new themes first; should a list come mixed, each section still keeps
     // its rows in the order given.
     QList<ThemeEntry> updates;
     m_shown.clear();
-    for (const ThemeEntry& entry : std::as_const(m_entries)) {
+    for (qsizetype index = 0; index < m_entries.size(); ++index) {
+        const ThemeEntry& entry = m_entries.at(index);
+        if (hidesSkipped && m_skippedRows.at(index))
+            continue;
         if (!m_findText.isEmpty() && !entry.name.contains(m_findText, Qt::CaseInsensitive)
             && !entry.authors.contains(m_findText, Qt::CaseInsensitive))
-            continue;
-        if (hidesSkipped && m_skipped.skips(entry))
             continue;
         (entry.installedVersion ? updates : m_shown).append(entry);
     }

@@ -69,6 +69,7 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 private:
+    void markSkipped();
     void narrow();
     void reset(const std::function<void()>& change);
     int updatesHeaderRow() const { return m_newCount > 0 ? int(m_newCount) + 1 : 0; }
@@ -77,6 +78,7 @@ private:
     QList<ThemeEntry> m_shown;
     qsizetype m_newCount = 0;
     qsizetype m_skippedCount = 0;
+    QList<bool> m_skippedRows; // by index into m_entries; empty when nothing is skipped
     QString m_findText;
     SkippedVersions m_skipped;
     bool m_showsSkipped = false;

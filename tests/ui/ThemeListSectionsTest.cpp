@@ -238,6 +238,14 @@ private slots:
         QCOMPARE(list.updateAllButton()->isEnabled(), true);
         list.updateAll();
         QCOMPARE(delegate->installs.at(1).size(), 4);
+
+        // The host forgets the skips: the next list shows every row again.
+        list.skipVersion(rows.at(0));
+        host.remove(u"Corvane/skippedVersions"_s);
+        list.updateButtons(Result<QList<ThemeEntry>, AnyError>(rows));
+        list.tableViewModel().setEntries(rows);
+        QVERIFY(!list.tableViewModel().isSkipped(rows.at(0)));
+        QCOMPARE(list.tableViewModel().actionableEntries().size(), 4);
     }
 };
 
