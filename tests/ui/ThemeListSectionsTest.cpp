@@ -94,7 +94,6 @@ private slots:
         QTest::newRow("find leaves updates only: no empty header")
             << both << u"DUNE"_s << QStringList{u"Updates (1)"_s, u"Dune"_s};
         QTest::newRow("find leaves nothing") << both << u"zz"_s << QStringList{};
-        QTest::newRow("new themes only") << QStringList{u"Ash@1.0"_s} << u""_s << QStringList{u"New (1)"_s, u"Ash"_s};
         QTest::newRow("a mixed list keeps each section's order")
             << QStringList{u"Pine@1>2"_s, u"Oak@1"_s, u"Fir@1>2"_s, u"Ivy@1"_s} << u""_s
             << QStringList{u"New (2)"_s, u"Oak"_s, u"Ivy"_s, u"Updates (2)"_s, u"Pine"_s, u"Fir"_s};
@@ -128,9 +127,6 @@ private slots:
             return u"[Corvane]\nskippedVersions\\1\\name=%1\nskippedVersions\\1\\style=%2\nskippedVersions\\1\\version=%3\n"
                    u"skippedVersions\\size=1\n"_s.arg(name, style, version);
         };
-        QTest::newRow("nothing skipped") << u""_s << false
-            << QStringList{u"New (1)"_s, u"Ash"_s, u"Updates (2)"_s, u"Dune"_s, u"Elm"_s}
-            << QStringList{u"Ash"_s, u"Dune"_s, u"Elm"_s};
         QTest::newRow("the version offered is hidden") << skip(u"Dune"_s, u"dark"_s, u"3.0.0"_s) << false
             << QStringList{u"New (1)"_s, u"Ash"_s, u"Updates (1)"_s, u"Elm"_s} << QStringList{u"Ash"_s, u"Elm"_s};
         QTest::newRow("shown on request, still left to the user") << skip(u"Dune"_s, u"dark"_s, u"3"_s) << true
