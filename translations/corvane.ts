@@ -377,5 +377,69 @@
         <source>The certificate of %@ was refused by the application.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.summary.checked-now">
+        <source>checked just now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-minute">
+        <source>checked 1 minute ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-minutes">
+        <source>checked %@ minutes ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-hour">
+        <source>checked 1 hour ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-hours">
+        <source>checked %@ hours ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-day">
+        <source>checked 1 day ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-days">
+        <source>checked %@ days ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.theme">
+        <source>1 theme to install or update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.themes">
+        <source>%@ themes to install or update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.line">
+        <source>%@ · %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.skipped">
+        <source>Skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.show-skipped">
+        <source>Show Skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.unskip">
+        <source>Stop Skipping This Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.skip">
+        <source>Skip This Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.section-new">
+        <source>New (%@)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.section-updates">
+        <source>Updates (%@)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

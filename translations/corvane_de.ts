@@ -377,5 +377,69 @@
         <source>The certificate of %@ was refused by the application.</source>
         <translation>Das Zertifikat von %@ wurde von der Anwendung abgelehnt.</translation>
     </message>
+    <message id="corvane.summary.checked-now">
+        <source>checked just now</source>
+        <translation>gerade eben geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-minute">
+        <source>checked 1 minute ago</source>
+        <translation>vor 1 Minute geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-minutes">
+        <source>checked %@ minutes ago</source>
+        <translation>vor %@ Minuten geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-hour">
+        <source>checked 1 hour ago</source>
+        <translation>vor 1 Stunde geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-hours">
+        <source>checked %@ hours ago</source>
+        <translation>vor %@ Stunden geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-day">
+        <source>checked 1 day ago</source>
+        <translation>vor 1 Tag geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-days">
+        <source>checked %@ days ago</source>
+        <translation>vor %@ Tagen geprüft</translation>
+    </message>
+    <message id="corvane.summary.theme">
+        <source>1 theme to install or update</source>
+        <translation>1 Theme zu installieren oder zu aktualisieren</translation>
+    </message>
+    <message id="corvane.summary.themes">
+        <source>%@ themes to install or update</source>
+        <translation>%@ Themes zu installieren oder zu aktualisieren</translation>
+    </message>
+    <message id="corvane.summary.line">
+        <source>%@ · %@</source>
+        <translation>%@ · %@</translation>
+    </message>
+    <message id="corvane.theme.skipped">
+        <source>Skipped</source>
+        <translation>Übersprungen</translation>
+    </message>
+    <message id="corvane.list.show-skipped">
+        <source>Show Skipped</source>
+        <translation>Übersprungene zeigen</translation>
+    </message>
+    <message id="corvane.row.unskip">
+        <source>Stop Skipping This Version</source>
+        <translation>Diese Version nicht mehr überspringen</translation>
+    </message>
+    <message id="corvane.row.skip">
+        <source>Skip This Version</source>
+        <translation>Diese Version überspringen</translation>
+    </message>
+    <message id="corvane.list.section-new">
+        <source>New (%@)</source>
+        <translation>Neu (%@)</translation>
+    </message>
+    <message id="corvane.list.section-updates">
+        <source>Updates (%@)</source>
+        <translation>Aktualisierungen (%@)</translation>
+    </message>
 </context>
 </TS>

@@ -72,6 +72,9 @@ void CorvaneWindowController::windowDidLoad()
         settings.endGroup();
         m_window->installEventFilter(this);
         m_listViewController = m_window->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
+        // The versions the user skipped live beside the frame, in the host's settings.
+        if (m_listViewController)
+            m_listViewController->setSettings(m_frameSettings);
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -217,6 +218,51 @@ private slots:
                      readFile(scene.clone + "/Themes/solar-dark.theme.json"));
             QVERIFY(readFile(trash.filesDirectory() + "/my-solar.theme.json").contains("\"1.5\""));
         }
+    }
+
+    // A host's settings file names the versions its window skipped; list and install --all leave them out.
+    void leavesOutTheVersionsAHostSkipped_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // SETTINGS stands for the host's file
+        QTest::addColumn<QStringList>("out");      // list: the names only
+        QTest::addColumn<QString>("err");
+        const QStringList all{"Aurora", decomposedCafe, "Solar"};
+        QTest::newRow("list without settings") << QStringList{"list"} << all << "";
+        QTest::newRow("list") << QStringList{"list", "--settings", "SETTINGS"} << QStringList{"Aurora", decomposedCafe}
+                              << "";
+        QTest::newRow("list --include-skipped")
+            << QStringList{"list", "--settings", "SETTINGS", "--include-skipped"} << all << "";
+        QTest::newRow("install --all") << QStringList{"install", "--all", "--settings", "SETTINGS"}
+                                       << QStringList{"installed Aurora", updatedCafe} << "";
+        QTest::newRow("install by name, skipped or not")
+            << QStringList{"install", "Solar", "--settings", "SETTINGS"} << QStringList{updatedSolar} << "";
+        QTest::newRow("a settings file that is not there")
+            << QStringList{"list", "--settings", "nowhere.ini"} << QStringList{}
+            << "corvane list: no settings file 'nowhere.ini'\n";
+    }
+
+    void leavesOutTheVersionsAHostSkipped()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, err);
+        TrashSandbox trash;
+        Scene scene;
+        scene.publish();
+        const QString settings = scene.dir.filePath("host.ini");
+        QFile file(settings);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Corvane]\nskippedVersions\\1\\name=Solar\nskippedVersions\\1\\style=dark\n"
+                   "skippedVersions\\1\\version=2.0.0\nskippedVersions\\size=1\n");
+        file.close();
+        arguments.replaceInStrings("SETTINGS", settings);
+
+        const Run run = scene.run(arguments);
+        QCOMPARE(run.err, err);
+        QCOMPARE(run.exitCode, err.isEmpty() ? 0 : 1);
+        QStringList out = run.lines();
+        if (arguments.first() == "list")
+            out = out.replaceInStrings(QRegularExpression("\t.*"), "");
+        QTEST(out, "out");
     }
 
     // What a command-line user expects of any tool.
