@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The updater window off screen with 10,000 rows (ROWS=100000 in the environment for another count):
 // from handing the rows to the window to its first complete paint, one scrolled frame at a time from
-// top to bottom, and what the rows cost in memory.
+// top to bottom, each keystroke of a find text over the rows in their two sections, and what the rows
+// cost in memory.
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLineEdit>
 #include <QScrollBar>
 
 #include <benchmark/benchmark.h>
@@ -35,7 +38,8 @@ QList<ThemeEntry> manyRows()
                                QStringLiteral("Ann Author, Bo Builder"),
                                row % 2 ? std::optional(QStringLiteral("1.%1.0").arg(row)) : std::nullopt,
                                QStringLiteral("2.%1.0").arg(row),
-                               CopyCommand{QStringLiteral("/clone/Themes/") + file, QStringLiteral("/installed/") + file}});
+                               CopyCommand{QStringLiteral("/clone/Themes/") + file, QStringLiteral("/installed/") + file},
+                               row % 3 ? QStringLiteral("dark") : QStringLiteral("light")});
     }
     return rows;
 }
@@ -108,6 +112,34 @@ void ScrollFrame(benchmark::State& state)
     state.counters["frames"] = double(frames);
 }
 BENCHMARK(ScrollFrame)->Arg(8)->Arg(60)->Arg(400)->Unit(benchmark::kMicrosecond);
+
+// One keystroke in the find field: the rows are narrowed, regrouped under their two headers with new
+// counts, laid out and painted. Every tenth theme has a skipped version, so the skips are consulted
+// too. The keystrokes type "Theme Number 4321" letter by letter, then clear it, over and over.
+void FindKeystroke(benchmark::State& state)
+{
+    const auto controller = shownWindow();
+    ThemeListViewController& list = *controller->listViewController();
+    const QList<ThemeEntry> rows = manyRows();
+    controller->showThemeEntries(success(rows));
+    SkippedVersions skipped;
+    for (int row = 0; row < rows.size(); row += 10)
+        skipped.skip(rows.at(row));
+    list.tableViewModel().setSkippedVersions(skipped);
+    settle(list);
+    const QString typed = QStringLiteral("Theme Number 4321");
+    QLineEdit* find = list.findField();
+    qsizetype length = 0;
+    for (auto _ : state) {
+        length = length == typed.size() ? 0 : length + 1;
+        find->setText(typed.left(length));
+        QCoreApplication::processEvents(); // the rows shown get their cells
+        controller->window()->repaint();   // and the window is drawn
+    }
+    state.counters["rows"] = rowCount();
+    state.counters["sections"] = list.tableViewModel().rowCount() - list.tableViewModel().entries().size();
+}
+BENCHMARK(FindKeystroke)->Unit(benchmark::kMicrosecond);
 
 double residentMegabytes()
 {

@@ -12,6 +12,7 @@ packages=(
   fonts-dejavu-core
   xvfb openbox xdotool x11-utils
   openssl libssl-dev
+  openssh-server openssh-client
 )
 
 missing=()

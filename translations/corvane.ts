@@ -397,5 +397,61 @@
         <source>The certificate of %1 was refused by the application.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.summary.checked-now">
+        <source>checked just now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.summary.checked-minutes" numerus="yes">
+        <source>checked %1 minutes ago</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.checked-hours" numerus="yes">
+        <source>checked %1 hours ago</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.checked-days" numerus="yes">
+        <source>checked %1 days ago</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.themes" numerus="yes">
+        <source>%1 themes to install or update</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.line">
+        <source>%1 · %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.theme.skipped">
+        <source>Skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.show-skipped">
+        <source>Show Skipped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.unskip">
+        <source>Stop Skipping This Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.row.skip">
+        <source>Skip This Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.section-new">
+        <source>New (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.list.section-updates">
+        <source>Updates (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

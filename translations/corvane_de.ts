@@ -407,5 +407,65 @@
         <source>The certificate of %1 was refused by the application.</source>
         <translation>Das Zertifikat von %1 wurde von der Anwendung abgelehnt.</translation>
     </message>
+    <message id="corvane.summary.checked-now">
+        <source>checked just now</source>
+        <translation>gerade eben geprüft</translation>
+    </message>
+    <message id="corvane.summary.checked-minutes" numerus="yes">
+        <source>checked %1 minutes ago</source>
+        <translation>
+            <numerusform>vor %1 Minute geprüft</numerusform>
+            <numerusform>vor %1 Minuten geprüft</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.checked-hours" numerus="yes">
+        <source>checked %1 hours ago</source>
+        <translation>
+            <numerusform>vor %1 Stunde geprüft</numerusform>
+            <numerusform>vor %1 Stunden geprüft</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.checked-days" numerus="yes">
+        <source>checked %1 days ago</source>
+        <translation>
+            <numerusform>vor %1 Tag geprüft</numerusform>
+            <numerusform>vor %1 Tagen geprüft</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.themes" numerus="yes">
+        <source>%1 themes to install or update</source>
+        <translation>
+            <numerusform>%1 Theme zu installieren oder zu aktualisieren</numerusform>
+            <numerusform>%1 Themes zu installieren oder zu aktualisieren</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.summary.line">
+        <source>%1 · %2</source>
+        <translation>%1 · %2</translation>
+    </message>
+    <message id="corvane.theme.skipped">
+        <source>Skipped</source>
+        <translation>Übersprungen</translation>
+    </message>
+    <message id="corvane.list.show-skipped">
+        <source>Show Skipped</source>
+        <translation>Übersprungene zeigen</translation>
+    </message>
+    <message id="corvane.row.unskip">
+        <source>Stop Skipping This Version</source>
+        <translation>Diese Version nicht mehr überspringen</translation>
+    </message>
+    <message id="corvane.row.skip">
+        <source>Skip This Version</source>
+        <translation>Diese Version überspringen</translation>
+    </message>
+    <message id="corvane.list.section-new">
+        <source>New (%1)</source>
+        <translation>Neu (%1)</translation>
+    </message>
+    <message id="corvane.list.section-updates">
+        <source>Updates (%1)</source>
+        <translation>Aktualisierungen (%1)</translation>
+    </message>
 </context>
 </TS>

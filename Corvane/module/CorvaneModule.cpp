@@ -4,7 +4,6 @@
 #include "Corvane/module/RepositoryCheckState.h"
 
 #include "Corvane/module/CorvaneService.h"
-#include "Corvane/module/CorvaneWireframe.h"
 
 namespace corvane {
 
@@ -28,11 +27,6 @@ RepositoryCheckHandle CorvaneModule::hasUpdates(std::optional<QString> sinceComm
         result(std::move(status));
     });
     return RepositoryCheckHandle(std::move(state));
-}
-
-std::unique_ptr<UpdatesThemes> CorvaneModule::corvane(QWidget* parent, QSettings* frameSettings) const
-{
-    return CorvaneWireframe::create(m_configuration, parent, frameSettings);
 }
 
 } // namespace corvane

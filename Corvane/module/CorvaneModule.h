@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/corvane_export.h"
+#include "Corvane/corvane_widgets_export.h"
 #include "Corvane/module/Configuration.h"
 #include "Corvane/module/RepositoryCheckHandle.h"
 #include "Corvane/module/ThemeRepositoryStatus.h"
@@ -20,7 +21,7 @@ class QWidget;
 namespace corvane {
 
 // The module as a host holds it: a configuration and two operations that start from it alone.
-class CORVANE_EXPORT CorvaneModule {
+class CorvaneModule {
 public:
     explicit CorvaneModule(Configuration configuration) : m_configuration(std::move(configuration)) {}
 
@@ -29,19 +30,20 @@ public:
     // Synchronises the local clone in the background and tells whether the repository has moved on
     // from sinceCommit. Returns at once; result runs later, exactly once, on the main thread.
     // May be called from any thread; needs a running QCoreApplication.
-    void hasUpdates(std::optional<QString> sinceCommit, std::function<void(ThemeRepositoryStatus)> result) const;
+    CORVANE_EXPORT void hasUpdates(std::optional<QString> sinceCommit,
+                                   std::function<void(ThemeRepositoryStatus)> result) const;
     // The same, answered only while `context` lives (as a Qt connection to a lambda is) and until the
     // returned handle is cancelled: a callback that captures a host object never runs after it is gone.
     // Main thread only.
-    RepositoryCheckHandle hasUpdates(std::optional<QString> sinceCommit, const QObject* context,
-                                     std::function<void(ThemeRepositoryStatus)> result) const;
+    CORVANE_EXPORT RepositoryCheckHandle hasUpdates(std::optional<QString> sinceCommit, const QObject* context,
+                                                    std::function<void(ThemeRepositoryStatus)> result) const;
 
     // Builds a new, independent updater with its own window; the caller holds the only reference.
     // With a parent, the window is transient for the parent's window and opens centred over it.
     // The window's frame is kept in `frameSettings` (which must outlive the updater) under the group
     // "Corvane", or, without one, in the application's default QSettings.
-    // Main thread only; needs a QApplication.
-    std::unique_ptr<UpdatesThemes> corvane(QWidget* parent = nullptr, QSettings* frameSettings = nullptr) const;
+    // Main thread only; needs a QApplication. Part of Corvane::Widgets.
+    CORVANE_WIDGETS_EXPORT std::unique_ptr<UpdatesThemes> corvane(QWidget* parent = nullptr, QSettings* frameSettings = nullptr) const;
 
 private:
     Configuration m_configuration;

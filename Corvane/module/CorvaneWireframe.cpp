@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/module/CorvaneWireframe.h"
 
-#include "Corvane/differences/AsyncThemeDifferenceFinder.h"
-#include "Corvane/differences/FindThemeDifferences.h"
+#include "Corvane/module/ThemeUpdatesAssembly.h"
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 #include "Corvane/presentation/ThemeEntryPresenter.h"
-#include "Corvane/sources/LocalThemeFetcher.h"
-#include "Corvane/sources/RemoteThemeFetcher.h"
-#include "Corvane/sources/SynchronizedRepository.h"
-#include "Corvane/themes/FileManager.h"
-#include "Corvane/themes/ThemeDecoder.h"
-#include "Corvane/themes/ThemeReader.h"
 #include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/WindowAlerts.h"
 #include "Corvane/ui/ThemeListViewController.h"
 
 #include <QPointer>
@@ -41,27 +35,14 @@ std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& 
 {
     auto windowController = loadWindowController(parent, frameSettings);
 
-    // The two sides never share a reader or a decoder: each is used by one comparison thread at a time.
-    const std::shared_ptr<FileManager> fileManager = FileManager::shared();
-    auto remoteThemeFetcher = std::make_shared<RemoteThemeFetcher>(
-        SynchronizedRepository(configuration),
-        std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager));
-    auto localThemeFetcher = std::make_shared<LocalThemeFetcher>(
-        configuration.installedThemeDirectory(),
-        std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager), fileManager);
-    auto themeDifferenceFinder = std::make_shared<FindThemeDifferences>(
-        configuration.installedThemeDirectory(), std::move(remoteThemeFetcher), std::move(localThemeFetcher));
-    auto asyncThemeDifferenceFinder = std::make_shared<AsyncThemeDifferenceFinder>(
-        std::move(themeDifferenceFinder), configuration.remoteThemeRepositoryURL());
-
-    auto presenter = std::make_shared<ThemeEntryPresenter>(std::move(asyncThemeDifferenceFinder), windowController);
-    auto eventHandler = std::make_shared<ThemeEntryEventHandler>(configuration, presenter, fileManager);
+    auto alerts = std::make_shared<WindowAlerts>();
+    alerts->setWindow(windowController->window());
+    auto [presenter, eventHandler] = ThemeUpdatesAssembly::create(configuration, windowController, std::move(alerts));
 
     ThemeListViewController* list = windowController->listViewController();
     if (!list)
         brokenWindowForm();
     list->setDelegate(eventHandler);
-    eventHandler->setAlertWindow(windowController->window());
 
     return std::make_unique<CorvaneWireframe>(std::move(presenter), std::move(eventHandler), std::move(windowController));
 }

@@ -28,13 +28,14 @@ QString codeDirectory()
     return QCoreApplication::applicationDirPath();
 }
 
-// Where the catalogues may be, best first. Installed ones lie at a fixed place relative to lib/ and
-// bin/; a build tree keeps them in translations/ at its top, one or two folders above its binaries.
+// Where the catalogues may be, best first. Installed ones lie at a fixed place relative to lib/, bin/
+// and libexec/corvane/; a build tree keeps them in translations/ at its top, one or two folders above its binaries.
 QStringList translationFolders()
 {
     const QDir code(codeDirectory());
     QStringList folders = {code.filePath(QStringLiteral(CORVANE_LIBDIR_TO_TRANSLATIONS)),
-                           code.filePath(QStringLiteral(CORVANE_BINDIR_TO_TRANSLATIONS))};
+                           code.filePath(QStringLiteral(CORVANE_BINDIR_TO_TRANSLATIONS)),
+                           code.filePath(QStringLiteral(CORVANE_LIBEXECDIR_TO_TRANSLATIONS))};
     for (const QString& up : {QStringLiteral(".."), QStringLiteral("../..")}) {
         const QDir top(code.filePath(up));
         if (top.exists(QStringLiteral("CMakeCache.txt")))

@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ResetLocalThemeDirectories.h"
 
-#include "Corvane/presentation/Alerts.h"
-
-#include <QDesktopServices>
 
 namespace corvane {
 
 ResetLocalThemeDirectories::ResetLocalThemeDirectories(Configuration configuration,
-                                                       std::shared_ptr<const DeletesFiles> fileDeleter)
-    : handleDeletingLocalThemeRepoError(&ResetLocalThemeDirectories::showDeletingLocalThemeRepoError)
-    , handleDeletingInstalledThemesError(&ResetLocalThemeDirectories::showDeletingInstalledThemesError)
-    , m_configuration(std::move(configuration))
+                                                       std::shared_ptr<const DeletesFiles> fileDeleter,
+                                                       std::shared_ptr<AsksUser> user)
+    : m_configuration(std::move(configuration))
     , m_fileDeleter(std::move(fileDeleter))
+    , m_user(std::move(user))
 {
+    handleDeletingLocalThemeRepoError = [user = m_user](const QUrl& directory) {
+        if (user->showDirectoryAfterDeletingLocalRepoFailed())
+            user->openDirectory(directory);
+    };
+    handleDeletingInstalledThemesError = [user = m_user](const QUrl& directory) {
+        if (user->showDirectoryAfterDeletingInstalledThemesFailed())
+            user->openDirectory(directory);
+    };
 }
 
 void ResetLocalThemeDirectories::reset()
@@ -25,18 +30,6 @@ void ResetLocalThemeDirectories::reset()
     const QUrl& installed = m_configuration.installedThemeDirectory();
     if (!m_fileDeleter->deleteItem(installed) && handleDeletingInstalledThemesError)
         handleDeletingInstalledThemesError(installed);
-}
-
-void ResetLocalThemeDirectories::showDeletingLocalThemeRepoError(const QUrl& directory)
-{
-    if (showDeletingLocalRepoFailedAlert())
-        QDesktopServices::openUrl(directory);
-}
-
-void ResetLocalThemeDirectories::showDeletingInstalledThemesError(const QUrl& directory)
-{
-    if (showDeletingInstalledThemesFailedAlert())
-        QDesktopServices::openUrl(directory);
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/module/Configuration.h"
+#include "Corvane/presentation/AsksUser.h"
 #include "Corvane/themes/DeletesFiles.h"
 
 #include <QUrl>
@@ -13,12 +14,13 @@ namespace corvane {
 
 // Starts the user over after a failed copy: moves the local clone and then the installed-themes
 // directory to the Trash, each as a whole. A failure of either is reported through its own callback,
-// which by default shows the matching alert and offers to open the directory.
+// which by default asks the user with the matching alert and opens the directory on "Show Directory".
 class ResetLocalThemeDirectories {
 public:
     using FailureHandler = std::function<void(const QUrl& directory)>;
 
-    ResetLocalThemeDirectories(Configuration configuration, std::shared_ptr<const DeletesFiles> fileDeleter);
+    ResetLocalThemeDirectories(Configuration configuration, std::shared_ptr<const DeletesFiles> fileDeleter,
+                               std::shared_ptr<AsksUser> user);
 
     void reset();
 
@@ -26,13 +28,10 @@ public:
     FailureHandler handleDeletingLocalThemeRepoError;
     FailureHandler handleDeletingInstalledThemesError;
 
-    // The alert for the clone or the installed-themes directory, then the file browser on "Show Directory".
-    static void showDeletingLocalThemeRepoError(const QUrl& directory);
-    static void showDeletingInstalledThemesError(const QUrl& directory);
-
 private:
     const Configuration m_configuration;
     const std::shared_ptr<const DeletesFiles> m_fileDeleter;
+    const std::shared_ptr<AsksUser> m_user;
 };
 
 } // namespace corvane

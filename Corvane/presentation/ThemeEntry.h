@@ -20,6 +20,9 @@ struct ThemeEntry {
     std::optional<QString> installedVersion; // absent for a theme not installed yet
     QString remoteVersion;
     CopyCommand copyCommand;
+    // "dark" or "light", as the theme file says it: a skipped version is kept under this, not under
+    // the label, which changes with the language.
+    QString styleKey;
 };
 
 // What the list shows: absent while a comparison runs, the rows, or the comparison's failure.

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 
-#include "Corvane/presentation/AlertWindowScope.h"
-#include "Corvane/presentation/Alerts.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
 #include "Corvane/themes/SourceThemeChanged.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -17,11 +14,13 @@ namespace corvane {
 ThemeEntryEventHandler::ThemeEntryEventHandler(Configuration configuration,
                                                std::shared_ptr<ThemeEntryPresenter> presenter,
                                                std::shared_ptr<const FileCopier> fileCopier,
+                                               std::shared_ptr<AsksUser> user,
                                                std::shared_ptr<const DeletesFiles> fileDeleter)
     : m_configuration(std::move(configuration))
     , m_presenter(std::move(presenter))
     , m_fileCopier(std::move(fileCopier))
     , m_fileDeleter(fileDeleter ? std::move(fileDeleter) : FileManager::shared())
+    , m_user(std::move(user))
 {
 }
 
@@ -88,8 +87,7 @@ void ThemeEntryEventHandler::reportWritten(QStringList files) const
 void ThemeEntryEventHandler::copyingFailed(const CopyCommand& command, const AnyError& error)
 {
     // The rest of the batch is abandoned and the list left as it is: the user decides first.
-    AlertWindowScope scope(m_alertWindow);
-    if (!showCopyingFailedAlert(command.sourceFileName(), error))
+    if (!m_user->continueAfterCopyingFailed(command.sourceFileName(), error))
         resetLocalThemeDirectories().reset();
 }
 
@@ -100,13 +98,13 @@ void ThemeEntryEventHandler::refreshThemes()
 
 void ThemeEntryEventHandler::openThemeDirectory()
 {
-    QDesktopServices::openUrl(m_configuration.installedThemeDirectory());
+    m_user->openDirectory(m_configuration.installedThemeDirectory());
 }
 
 ResetLocalThemeDirectories& ThemeEntryEventHandler::resetLocalThemeDirectories()
 {
     if (!m_resetLocalThemeDirectories)
-        m_resetLocalThemeDirectories = std::make_unique<ResetLocalThemeDirectories>(m_configuration, m_fileDeleter);
+        m_resetLocalThemeDirectories = std::make_unique<ResetLocalThemeDirectories>(m_configuration, m_fileDeleter, m_user);
     return *m_resetLocalThemeDirectories;
 }
 

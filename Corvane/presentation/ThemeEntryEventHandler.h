@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/corvane_export.h"
+
 #include "Corvane/module/Configuration.h"
+#include "Corvane/presentation/AsksUser.h"
 #include "Corvane/presentation/ResetLocalThemeDirectories.h"
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
@@ -11,8 +14,6 @@
 
 #include <QList>
 #include <QStringList>
-#include <QPointer>
-#include <QWidget>
 
 #include <chrono>
 #include <functional>
@@ -26,12 +27,13 @@ namespace corvane {
 // Main thread only. Copies run on the main thread, in slices between which the window paints and shows
 // the batch's progress, so a batch of thousands never freezes it; a batch that fits in one slice is
 // done before installThemes returns. Alerts are synchronous.
-class ThemeEntryEventHandler final : public ThemeListViewControllerDelegate,
+class CORVANE_EXPORT ThemeEntryEventHandler final : public ThemeListViewControllerDelegate,
                                      public std::enable_shared_from_this<ThemeEntryEventHandler> {
 public:
-    // fileDeleter is what the reset object, made on first use, moves directories to the Trash with.
+    // user answers the alerts and opens directories; fileDeleter is what the reset object, made on first
+    // use, moves directories to the Trash with.
     ThemeEntryEventHandler(Configuration configuration, std::shared_ptr<ThemeEntryPresenter> presenter,
-                           std::shared_ptr<const FileCopier> fileCopier,
+                           std::shared_ptr<const FileCopier> fileCopier, std::shared_ptr<AsksUser> user,
                            std::shared_ptr<const DeletesFiles> fileDeleter = nullptr);
 
     // How long one slice of copies may hold the main thread.
@@ -42,11 +44,8 @@ public:
     void refreshThemes() override;
     void openThemeDirectory() override;
 
-    // The reset object, made with the default alerts when first needed and kept from then on.
+    // The reset object, made with the handler's alerts when first needed and kept from then on.
     ResetLocalThemeDirectories& resetLocalThemeDirectories();
-
-    // The window the handler's alerts belong to (transient for it, centred over it).
-    void setAlertWindow(QWidget* window) { m_alertWindow = window; }
 
     bool isInstalling() const { return m_batch.has_value(); }
 
@@ -58,8 +57,8 @@ private:
     const std::shared_ptr<ThemeEntryPresenter> m_presenter;
     const std::shared_ptr<const FileCopier> m_fileCopier;
     const std::shared_ptr<const DeletesFiles> m_fileDeleter;
+    const std::shared_ptr<AsksUser> m_user;
     std::unique_ptr<ResetLocalThemeDirectories> m_resetLocalThemeDirectories;
-    QPointer<QWidget> m_alertWindow;
 
     struct Batch {
         explicit Batch(QList<CopyCommand> commands) : commands(std::move(commands)) {}

@@ -6,6 +6,11 @@
 namespace corvane {
 namespace {
 
+QString styleKey(Theme::Style style)
+{
+    return style == Theme::Style::dark ? QStringLiteral("dark") : QStringLiteral("light");
+}
+
 QString joinedAuthors(const QStringList& authors)
 {
     return authors.join(QStringLiteral(", "));
@@ -81,7 +86,8 @@ ThemeEntry ThemeEntryPresenter::makeThemeEntry(const ThemeDifference& difference
                           joinedAuthors(newTheme->authors),
                           std::nullopt,
                           newTheme->version.toString(),
-                          newTheme->copyCommand};
+                          newTheme->copyCommand,
+                          styleKey(newTheme->style)};
     }
     const auto& update = std::get<UpdatedTheme>(difference);
     return ThemeEntry{update.identifier.name(),
@@ -89,7 +95,8 @@ ThemeEntry ThemeEntryPresenter::makeThemeEntry(const ThemeDifference& difference
                       joinedAuthors(update.authors),
                       update.versionChange.from.toString(),
                       update.versionChange.to.toString(),
-                      update.copyCommand};
+                      update.copyCommand,
+                      styleKey(update.identifier.style())};
 }
 
 } // namespace corvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/corvane_export.h"
+
 #include "Corvane/differences/FindsThemeDifferences.h"
 #include "Corvane/presentation/ShowsThemeUpdates.h"
 #include "Corvane/presentation/ThemeEntry.h"
@@ -12,7 +14,7 @@ namespace corvane {
 // Drives what the updater window shows: on every refresh the loading state, then the rows (or the
 // failure) of a fresh comparison. Must be owned by a std::shared_ptr: a comparison's callback holds
 // the presenter only weakly, so a window released mid-comparison drops the late result unseen.
-class ThemeEntryPresenter : public std::enable_shared_from_this<ThemeEntryPresenter> {
+class CORVANE_EXPORT ThemeEntryPresenter : public std::enable_shared_from_this<ThemeEntryPresenter> {
 public:
     ThemeEntryPresenter(std::shared_ptr<FindsThemeDifferences> themeDifferenceFinder,
                         std::shared_ptr<ShowsThemeUpdates> view);

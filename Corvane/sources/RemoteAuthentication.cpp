@@ -25,6 +25,15 @@ int refuse(int code, const QString& message)
     return code;
 }
 
+// The host's check said no.
+int refuseCertificate(const QString& host)
+{
+    //% "The certificate of %1 was refused by the application."
+    const QString format = localizedString(QT_TRID_NOOP("corvane.git.certificate-refused"),
+                                           "The certificate of %1 was refused by the application.");
+    return refuse(GIT_ECERTIFICATE, fillPlaceholders(format, {host}));
+}
+
 } // namespace
 
 RemoteAuthentication::RemoteAuthentication(const QUrl& configuredUrl, RemoteAccess access)
@@ -112,15 +121,17 @@ int RemoteAuthentication::certificate(git_cert* certificate, int valid, const ch
         const auto* hostKey = reinterpret_cast<const git_cert_hostkey*>(certificate);
         if (hostKey->type & GIT_CERT_SSH_SHA256)
             server.sshHostKeySha256 = QByteArray(reinterpret_cast<const char*>(hostKey->hash_sha256), 32);
+        // libgit2 checks no ssh host key itself (it always says "not valid") and, asked, fails every
+        // connection it is not told to accept: the host's check is the only one there is.
+        if (!m_access.certificateCheck || m_access.certificateCheck(server))
+            return 0;
+        return refuseCertificate(server.host);
     }
     if (!m_access.certificateCheck)
         return GIT_PASSTHROUGH;
     if (m_access.certificateCheck(server))
         return valid ? 0 : GIT_PASSTHROUGH;
-    //% "The certificate of %1 was refused by the application."
-    const QString format = localizedString(QT_TRID_NOOP("corvane.git.certificate-refused"),
-                                           "The certificate of %1 was refused by the application.");
-    return refuse(GIT_ECERTIFICATE, fillPlaceholders(format, {server.host}));
+    return refuseCertificate(server.host);
 }
 
 } // namespace corvane

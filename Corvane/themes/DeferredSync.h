@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/corvane_export.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -15,7 +17,7 @@ namespace corvane {
 // with its previous version in the Trash; a batch of 2,000 themes costs a few syncs instead of 5,500.
 // A sync of a whole file system can take seconds while other programs write: the window has it run in
 // the background (coalesced, one at a time), so no frame waits for the disk; the tool waits for it.
-class DeferredSync {
+class CORVANE_EXPORT DeferredSync {
 public:
     enum class Wait { untilSynced, inBackground };
 

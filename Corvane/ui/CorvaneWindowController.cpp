@@ -2,8 +2,8 @@
 #include "Corvane/ui/CorvaneWindowController.h"
 
 #include "Corvane/module/Localized.h"
-#include "Corvane/presentation/AlertWindowScope.h"
-#include "Corvane/presentation/Alerts.h"
+#include "Corvane/ui/AlertWindowScope.h"
+#include "Corvane/ui/Alerts.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "ui_Corvane.h"
@@ -30,7 +30,7 @@ CorvaneWindowController::CorvaneWindowController(QWidget* window, QSettings* fra
 
 CorvaneWindowController::~CorvaneWindowController()
 {
-    if (!m_window)
+    if (!m_window || m_embedded)
         return;
     if (m_window->isVisible())
         saveFrame();
@@ -49,6 +49,16 @@ std::shared_ptr<CorvaneWindowController> CorvaneWindowController::fromForm(QWidg
     return std::make_shared<CorvaneWindowController>(window, frameSettings);
 }
 
+std::shared_ptr<CorvaneWindowController> CorvaneWindowController::embeddedIn(QWidget* content)
+{
+    auto controller = std::make_shared<CorvaneWindowController>();
+    controller->m_embedded = true;
+    controller->m_window = content;
+    controller->m_listViewController =
+        content->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
+    return controller;
+}
+
 void CorvaneWindowController::windowDidLoad()
 {
     if (m_window) {
@@ -62,12 +72,15 @@ void CorvaneWindowController::windowDidLoad()
         settings.endGroup();
         m_window->installEventFilter(this);
         m_listViewController = m_window->findChild<ThemeListViewController*>(QStringLiteral("contentViewController"));
+        // The versions the user skipped live beside the frame, in the host's settings.
+        if (m_listViewController)
+            m_listViewController->setSettings(m_frameSettings);
     }
 }
 
 void CorvaneWindowController::showWindow()
 {
-    if (!m_window)
+    if (!m_window || m_embedded)
         return;
     // A window already on screen comes to the front; a hidden one does so by being shown.
     const bool wasVisible = m_window->isVisible();
@@ -105,7 +118,7 @@ void CorvaneWindowController::placeBeforeShowing()
 
 void CorvaneWindowController::close()
 {
-    if (m_window)
+    if (m_window && !m_embedded)
         m_window->close();
 }
 

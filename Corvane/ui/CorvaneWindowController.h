@@ -30,6 +30,9 @@ public:
     // A window controller whose window is made from the "Corvane" form.
     // With a parent, the window is a window of its own that stays transient for the parent's window.
     static std::shared_ptr<CorvaneWindowController> fromForm(QWidget* parent = nullptr, QSettings* frameSettings = nullptr);
+    // A controller for the form's content set up inside a host's widget (a settings page): the host owns
+    // and places the widget, so the controller neither deletes it, nor moves it, nor keeps a frame.
+    static std::shared_ptr<CorvaneWindowController> embeddedIn(QWidget* content);
 
     QWidget* window() const { return m_window; }
     ThemeListViewController* listViewController() const { return m_listViewController; }
@@ -60,6 +63,7 @@ private:
 
     QPointer<QWidget> m_window;
     QPointer<QSettings> m_frameSettings;
+    bool m_embedded = false;
     // The frame the window had when it was last hidden; it comes back there when shown again.
     QByteArray m_frame;
     QPointer<ThemeListViewController> m_listViewController;

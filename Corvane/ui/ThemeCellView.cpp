@@ -2,7 +2,7 @@
 #include "Corvane/ui/ThemeCellView.h"
 
 #include "Corvane/module/Localized.h"
-#include "Corvane/presentation/ActionButton.h"
+#include "Corvane/ui/ActionButton.h"
 #include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/VersionLabel.h"
 #include "ui_ThemeCell.h"
@@ -70,10 +70,20 @@ ThemeCellView::ThemeCellView(QWidget* parent)
 
 ThemeCellView::~ThemeCellView() = default;
 
-void ThemeCellView::configure(const ThemeEntry& entry)
+void ThemeCellView::configure(const ThemeEntry& entry, bool skipped)
 {
     m_ui->themeNameLabel->setText(entry.name);
-    m_ui->authorsLabel->setText(entry.authors);
+    if (skipped) {
+        //% "Skipped"
+        const QString mark = localizedString(QT_TRID_NOOP("corvane.theme.skipped"), "Skipped");
+        m_ui->authorsLabel->setText(entry.authors.isEmpty() ? mark : mark + QStringLiteral(" · ") + entry.authors);
+    } else {
+        m_ui->authorsLabel->setText(entry.authors);
+    }
+    if (skipped != m_skipped) {
+        m_skipped = skipped;
+        applyTextColours();
+    }
     m_ui->styleLabel->setText(entry.style);
     m_ui->versionLabel->configure(entry);
 
@@ -124,7 +134,7 @@ void ThemeCellView::applyTextColours()
     const QColor primary = base.color(QPalette::Text);
     const QColor secondary = secondaryTextColour(base, QPalette::Text);
     for (QLabel* label : std::initializer_list<QLabel*>{m_ui->themeNameLabel, m_ui->toVersionLabel})
-        setLabelColour(label, primary);
+        setLabelColour(label, m_skipped ? secondary : primary);
     for (QLabel* label : std::initializer_list<QLabel*>{m_ui->styleLabel, m_ui->authorsLabel, m_ui->fromVersionLabel, m_ui->arrow})
         setLabelColour(label, secondary);
 }

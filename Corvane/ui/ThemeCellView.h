@@ -47,7 +47,9 @@ public:
     explicit ThemeCellView(QWidget* parent = nullptr);
     ~ThemeCellView() override;
 
-    void configure(const ThemeEntry& entry);
+    // A skipped version (shown only on request) reads quieter and says it is skipped.
+    void configure(const ThemeEntry& entry, bool skipped = false);
+    bool isSkipped() const { return m_skipped; }
 
     // Held weakly; an object implementing ThemeCellViewDelegate.
     void setDelegate(QObject* delegate) { m_delegate = delegate; }
@@ -74,6 +76,7 @@ private:
     std::unique_ptr<Ui::ThemeCell> m_ui;
     QPointer<QObject> m_delegate;
     std::optional<CopyCommand> m_copyCommand;
+    bool m_skipped = false;
 };
 
 } // namespace corvane

@@ -2,13 +2,17 @@
 #include "Corvane/ui/ThemeListViewController.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/presentation/ListSummary.h"
 #include "Corvane/ui/AllUpdatedViewController.h"
 #include "Corvane/ui/LoadingViewController.h"
+#include "Corvane/ui/SecondaryText.h"
+#include "Corvane/ui/ThemeSectionHeaderView.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
 #include "ui_ThemeList.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDesktopServices>
@@ -22,9 +26,14 @@
 #include <QShortcut>
 #include <QUrl>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QSettings>
+#include <QTimer>
 
 namespace corvane {
+
+static_assert(ThemeTableModel::HeaderRole == ThemeTableView::HeaderRole);
 
 ThemeListViewController::ThemeListViewController(QWidget* parent)
     : QWidget(parent)
@@ -32,6 +41,7 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_tableViewModel(new ThemeTableModel(this))
     , m_loadingViewController(new LoadingViewController)
     , m_allUpToDateViewController(new AllUpdatedViewController)
+    , m_summaryClock(new QTimer(this))
 {
     m_ui->setupUi(this);
     showUpdateAllTitle();
@@ -54,6 +64,21 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
 
     // Nothing to update and nothing loaded yet: the buttons wait for the first state.
     m_ui->updateAllButton->setEnabled(false);
+
+    //% "Show Skipped"
+    m_ui->showSkippedToggle->setText(localizedString(QT_TRID_NOOP("corvane.list.show-skipped"), "Show Skipped"));
+    m_ui->showSkippedToggle->hide();
+    connect(m_ui->showSkippedToggle, &QCheckBox::toggled, this, [this](bool shows) {
+        m_tableViewModel->setShowsSkipped(shows);
+        showAllUpToDateIfEverythingSkipped();
+    });
+    m_ui->summaryLabel->setContentsMargins(14, 0, 14, 6);
+    m_ui->summaryLabel->setFont(secondaryFont(m_ui->summaryLabel->font()));
+    setLabelColour(m_ui->summaryLabel, secondaryTextColour(palette()));
+    m_ui->summaryLabel->hide();
+    // "checked 2 minutes ago" keeps up with the clock while the window is open.
+    m_summaryClock->setInterval(std::chrono::seconds(20));
+    connect(m_summaryClock, &QTimer::timeout, this, &ThemeListViewController::showSummary);
 
     //% "Find by name or author"
     m_ui->findField->setPlaceholderText(localizedString(QT_TRID_NOOP("corvane.list.find"), "Find by name or author"));
@@ -79,6 +104,7 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     });
     if (QWidget* prototype = table->makeView(ThemeCellView::reuseIdentifier))
         table->setRowHeight(prototype->sizeHint().height() + 1);
+    table->registerView(ThemeSectionHeaderView::reuseIdentifier, [] { return new ThemeSectionHeaderView; });
 
     // The loading overlay first, the all-up-to-date overlay above it.
     m_loadingViewController->attach(table);
@@ -95,10 +121,18 @@ ThemeListViewController::~ThemeListViewController() = default;
 
 QWidget* ThemeListViewController::viewForRow(ThemeTableView& table, int row)
 {
+    const int entry = m_tableViewModel->entryIndex(row);
+    if (entry < 0) {
+        auto header = qobject_cast<ThemeSectionHeaderView*>(table.makeView(ThemeSectionHeaderView::reuseIdentifier));
+        if (header)
+            header->configure(m_tableViewModel->headerTitle(row));
+        return header;
+    }
     auto cell = qobject_cast<ThemeCellView*>(table.makeView(ThemeCellView::reuseIdentifier));
     if (!cell)
         return nullptr;
-    cell->configure(m_tableViewModel->entries().at(row));
+    const ThemeEntry& shown = m_tableViewModel->entries().at(entry);
+    cell->configure(shown, m_tableViewModel->showsSkipped() && m_tableViewModel->isSkipped(shown));
     cell->setDelegate(this);
     return cell;
 }
@@ -113,6 +147,91 @@ void ThemeListViewController::updateButtons(const ThemeListState& state)
     const bool hasRows = state && *state && !(*state)->isEmpty();
     m_ui->updateAllButton->setEnabled(hasRows);
     m_ui->refreshButton->setEnabled(!loading);
+    if (state && *state) {
+        reloadSkippedVersions();
+        m_checked.start();
+        m_summaryClock->start();
+    } else {
+        m_checked.invalidate();
+        m_summaryClock->stop();
+    }
+    showSummary();
+}
+
+void ThemeListViewController::setSettings(QSettings* settings)
+{
+    m_settings = settings;
+    changeSkippedVersions([](SkippedVersions&) {});
+}
+
+void ThemeListViewController::reloadSkippedVersions()
+{
+    // The host may have changed the skips meanwhile (forgotten them, say): the new rows follow its
+    // settings. The rows are not in yet, so this reset must not settle the focus and scroll position.
+    QSettings defaults;
+    SkippedVersions fresh = SkippedVersions::load(m_settings ? *m_settings : defaults);
+    if (fresh == m_tableViewModel->skippedVersions())
+        return;
+    QScopedValueRollback quiet(m_reloadingSkips, true);
+    m_tableViewModel->setSkippedVersions(std::move(fresh));
+}
+
+void ThemeListViewController::skipVersion(const ThemeEntry& entry)
+{
+    changeSkippedVersions([&](SkippedVersions& skipped) { skipped.skip(entry); });
+}
+
+void ThemeListViewController::unskipVersion(const ThemeEntry& entry)
+{
+    changeSkippedVersions([&](SkippedVersions& skipped) { skipped.unskip(entry); });
+}
+
+void ThemeListViewController::changeSkippedVersions(const std::function<void(SkippedVersions&)>& change)
+{
+    QSettings defaults;
+    QSettings& settings = m_settings ? *m_settings : defaults;
+    // Read again first: the host, or another window over the same settings, may have changed them.
+    SkippedVersions skipped = SkippedVersions::load(settings);
+    const SkippedVersions before = skipped;
+    change(skipped);
+    if (!(skipped == before)) {
+        skipped.save(settings);
+        settings.sync();
+    }
+    const int scroll = m_ui->themeTableView->verticalScrollBar()->value();
+    m_tableViewModel->setSkippedVersions(std::move(skipped));
+    // Hiding one row must not throw the user back to the top of the list.
+    m_ui->themeTableView->layoutNow();
+    m_ui->themeTableView->verticalScrollBar()->setValue(scroll);
+    showAllUpToDateIfEverythingSkipped();
+}
+
+void ThemeListViewController::showSkippedToggleIfUseful()
+{
+    // Offered while something is skipped, and kept while it is on so it can be turned off again.
+    m_ui->showSkippedToggle->setVisible(m_tableViewModel->skippedCount() > 0 || m_ui->showSkippedToggle->isChecked());
+}
+
+void ThemeListViewController::showSummary()
+{
+    if (!m_checked.isValid() || m_loading) {
+        m_ui->summaryLabel->hide();
+        return;
+    }
+    m_ui->summaryLabel->setText(listSummary(m_tableViewModel->waitingCount(),
+                                            std::chrono::seconds(m_checked.elapsed() / 1000)));
+    m_ui->summaryLabel->show();
+}
+
+void ThemeListViewController::showAllUpToDateIfEverythingSkipped()
+{
+    if (m_loading || m_installing || m_tableViewModel->allEntries().isEmpty())
+        return;
+    // Every row skipped and none asked for: as good as up to date.
+    if (m_tableViewModel->rowCount() == 0 && !m_tableViewModel->isFiltered())
+        m_allUpToDateViewController->show();
+    else
+        m_allUpToDateViewController->hide();
 }
 
 void ThemeListViewController::showInstallProgress(qsizetype installed, qsizetype total)
@@ -132,7 +251,7 @@ void ThemeListViewController::showInstallEnded()
     if (!m_installing)
         return;
     setBusy(m_loading, false);
-    m_ui->updateAllButton->setEnabled(!m_loading && m_tableViewModel->rowCount() > 0);
+    m_ui->updateAllButton->setEnabled(!m_loading && !m_tableViewModel->actionableEntries().isEmpty());
     m_ui->refreshButton->setEnabled(!m_loading);
     m_loadingViewController->hide();
     restorePlace();
@@ -159,7 +278,7 @@ void ThemeListViewController::showUpdateAllTitle()
         return;
     }
     // Update All acts on the rows shown, and says so.
-    const int shown = m_tableViewModel->rowCount();
+    const int shown = int(m_tableViewModel->actionableEntries().size());
     //% "Update %1 Shown"
     const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.list.update-shown"), shown,
                                                   "Update %1 Shown", "Update %1 Shown");
@@ -186,7 +305,23 @@ void ThemeListViewController::showRowMenu(const ThemeCellView& cell, const QPoin
 {
     const CopyCommand command = *cell.copyCommand();
     const QString name = cell.themeNameLabel()->text();
+    const QList<ThemeEntry>& entries = m_tableViewModel->entries();
+    const auto shown = std::find_if(entries.cbegin(), entries.cend(),
+                                    [&](const ThemeEntry& entry) { return entry.copyCommand == command; });
     QMenu menu(this);
+    if (shown != entries.cend()) {
+        const ThemeEntry entry = *shown;
+        if (m_tableViewModel->isSkipped(entry)) {
+            //% "Stop Skipping This Version"
+            menu.addAction(localizedString(QT_TRID_NOOP("corvane.row.unskip"), "Stop Skipping This Version"), this,
+                           [this, entry] { unskipVersion(entry); });
+        } else {
+            //% "Skip This Version"
+            menu.addAction(localizedString(QT_TRID_NOOP("corvane.row.skip"), "Skip This Version"), this,
+                           [this, entry] { skipVersion(entry); });
+        }
+        menu.addSeparator();
+    }
     //% "Show in Folder"
     menu.addAction(localizedString(QT_TRID_NOOP("corvane.row.show-in-folder"), "Show in Folder"), this, [command] {
         // The installed file's folder when there is one, else the repository's copy of the theme.
@@ -225,10 +360,14 @@ void ThemeListViewController::parkFocusWhileBusy()
 
 void ThemeListViewController::rowsReplaced()
 {
+    if (m_reloadingSkips)
+        return;
     m_rowsMoved.start();
     showUpdateAllTitle();
+    showSkippedToggleIfUseful();
+    showSummary();
     if (!m_loading && !m_installing)
-        m_ui->updateAllButton->setEnabled(m_tableViewModel->rowCount() > 0);
+        m_ui->updateAllButton->setEnabled(!m_tableViewModel->actionableEntries().isEmpty());
     // The emptied list of a reload: the place is restored when the new rows arrive.
     if (!m_loading)
         restorePlace();
@@ -255,7 +394,9 @@ void ThemeListViewController::restorePlace()
         return;
     case FocusPlace::Row:
         // The row that took the acted-on row's place, or the last one when it was the last.
-        if (rows > 0 && table->focusRow(std::min(m_focusRow, rows - 1), Qt::OtherFocusReason))
+        if (rows > 0
+            && (table->focusRowOrNext(std::min(m_focusRow, rows - 1), 1, Qt::OtherFocusReason)
+                || table->focusRowOrNext(std::min(m_focusRow, rows - 1), -1, Qt::OtherFocusReason)))
             return;
         break;
     case FocusPlace::Refresh:
@@ -270,10 +411,14 @@ void ThemeListViewController::restorePlace()
 
 void ThemeListViewController::updateStatusViews(const ThemeListState& state)
 {
+    // A list of nothing but skipped versions is as good as up to date, unless skipped rows are asked for.
+    const auto everyRowHidden = [this](const ThemeEntry& entry) {
+        return !m_tableViewModel->showsSkipped() && m_tableViewModel->isSkipped(entry);
+    };
     if (!state) {
         m_loadingViewController->show();
         m_allUpToDateViewController->hide();
-    } else if (*state && (*state)->isEmpty()) {
+    } else if (*state && std::all_of((*state)->cbegin(), (*state)->cend(), everyRowHidden)) {
         // The loading overlay stays until the all-up-to-date one covers it, so nothing flickers.
         QPointer<LoadingViewController> loading = m_loadingViewController;
         m_allUpToDateViewController->show([loading] {
@@ -300,7 +445,7 @@ void ThemeListViewController::installTheme(const CopyCommand& copyCommand)
                                     [&](const ThemeEntry& entry) { return entry.copyCommand == copyCommand; });
     if (acted != entries.cend()) {
         m_focusPlace = FocusPlace::Row;
-        m_focusRow = int(acted - entries.cbegin());
+        m_focusRow = m_tableViewModel->rowOfEntry(int(acted - entries.cbegin()));
     }
     m_scrollPosition = m_ui->themeTableView->verticalScrollBar()->value();
     delegate->installThemes({copyCommand});
@@ -316,9 +461,11 @@ void ThemeListViewController::updateAll()
     const auto delegate = m_delegate.lock();
     if (!delegate || m_installing)
         return;
+    // The rows shown, less the versions the user skipped.
+    const QList<ThemeEntry> entries = m_tableViewModel->actionableEntries();
     QList<CopyCommand> commands;
-    commands.reserve(m_tableViewModel->entries().size());
-    for (const ThemeEntry& entry : m_tableViewModel->entries())
+    commands.reserve(entries.size());
+    for (const ThemeEntry& entry : entries)
         commands.append(entry.copyCommand);
     delegate->installThemes(commands);
 }
@@ -340,6 +487,8 @@ QPushButton* ThemeListViewController::updateAllButton() const { return m_ui->upd
 QPushButton* ThemeListViewController::refreshButton() const { return m_ui->refreshButton; }
 QPushButton* ThemeListViewController::openThemeDirectoryButton() const { return m_ui->openThemeDirectoryButton; }
 QLineEdit* ThemeListViewController::findField() const { return m_ui->findField; }
+QCheckBox* ThemeListViewController::showSkippedToggle() const { return m_ui->showSkippedToggle; }
+QLabel* ThemeListViewController::summaryLabel() const { return m_ui->summaryLabel; }
 
 bool ThemeListViewController::isAnimating() const
 {
@@ -352,9 +501,10 @@ bool ThemeListViewController::focusNextPrevChild(bool next)
     // they scroll in), the buttons, and the find field again.
     ThemeTableView* table = m_ui->themeTableView;
     QLineEdit* find = m_ui->findField;
-    const QList<QPushButton*> buttons = [this] {
-        QList<QPushButton*> usable;
-        for (QPushButton* button : {m_ui->openThemeDirectoryButton, m_ui->refreshButton, m_ui->updateAllButton}) {
+    const QList<QAbstractButton*> buttons = [this] {
+        QList<QAbstractButton*> usable;
+        for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{
+                 m_ui->openThemeDirectoryButton, m_ui->showSkippedToggle, m_ui->refreshButton, m_ui->updateAllButton}) {
             if (button->isEnabled() && button->isVisible())
                 usable.append(button);
         }
@@ -370,7 +520,7 @@ bool ThemeListViewController::focusNextPrevChild(bool next)
         if (rows == 0)
             return false;
         const int row = next ? table->firstVisibleRow() : std::max(table->firstVisibleRow(), table->lastVisibleRow());
-        return table->focusRow(std::clamp(row, 0, rows - 1), reason);
+        return table->focusRowOrNext(std::clamp(row, 0, rows - 1), next ? 1 : -1, reason);
     };
     // Past the rows: the buttons going forward, the find field going back.
     const auto leaveRows = [&] {
@@ -380,7 +530,7 @@ bool ThemeListViewController::focusNextPrevChild(bool next)
     };
 
     QWidget* focus = QApplication::focusWidget();
-    const int buttonIndex = int(buttons.indexOf(qobject_cast<QPushButton*>(focus)));
+    const int buttonIndex = int(buttons.indexOf(qobject_cast<QAbstractButton*>(focus)));
     if (focus == find) {
         if (next)
             return enterRows() || focusOn(buttons.isEmpty() ? static_cast<QWidget*>(find) : buttons.first());
@@ -389,7 +539,7 @@ bool ThemeListViewController::focusNextPrevChild(bool next)
     if (focus && (focus == table || table->isAncestorOf(focus))) {
         const int row = table->focusedRow();
         const int target = next ? row + 1 : row - 1;
-        if (row >= 0 && target >= 0 && target < rows && table->focusRow(target, reason))
+        if (row >= 0 && target >= 0 && target < rows && table->focusRowOrNext(target, next ? 1 : -1, reason))
             return true;
         return leaveRows();
     }

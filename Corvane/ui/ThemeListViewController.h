@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/presentation/SkippedVersions.h"
 #include "Corvane/presentation/ThemeEntry.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
 #include "Corvane/ui/ThemeCellView.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
+class QAbstractButton;
+class QCheckBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
+class QSettings;
+class QTimer;
 
 namespace Ui {
 class ThemeList;
@@ -42,6 +50,13 @@ public:
 
     // The rows, in display order; replacing them reloads the list.
     ThemeTableModel& tableViewModel() const { return *m_tableViewModel; }
+
+    // Where the skipped versions are kept (the host's settings, which must outlive the list); none
+    // means the application's default QSettings.
+    void setSettings(QSettings* settings);
+    // Skips the row's version, or shows it again, and remembers that in the settings.
+    void skipVersion(const ThemeEntry& entry);
+    void unskipVersion(const ThemeEntry& entry);
 
     void updateButtons(const ThemeListState& state);
     void updateStatusViews(const ThemeListState& state);
@@ -77,6 +92,8 @@ public slots:
     void openThemeDirectory();
 
     QLineEdit* findField() const;
+    QCheckBox* showSkippedToggle() const;
+    QLabel* summaryLabel() const;
 
 protected:
     bool focusNextPrevChild(bool next) override;
@@ -89,6 +106,11 @@ private:
     void rowsReplaced();
     void showUpdateAllTitle();
     void showRowMenu(const ThemeCellView& cell, const QPoint& at);
+    void changeSkippedVersions(const std::function<void(SkippedVersions&)>& change);
+    void reloadSkippedVersions();
+    void showSkippedToggleIfUseful();
+    void showSummary();
+    void showAllUpToDateIfEverythingSkipped();
     void parkFocusWhileBusy();
     void restorePlace();
     void setBusy(bool loading, bool installing);
@@ -98,6 +120,12 @@ private:
     ThemeTableModel* m_tableViewModel;
     LoadingViewController* m_loadingViewController;
     AllUpdatedViewController* m_allUpToDateViewController;
+
+    QPointer<QSettings> m_settings;
+    // Since the last comparison that succeeded; invalid until one has.
+    QElapsedTimer m_checked;
+    QTimer* m_summaryClock;
+    bool m_reloadingSkips = false;
 
     bool m_loading = false;
     bool m_installing = false;

@@ -32,7 +32,12 @@ public:
             band.setAlphaF(0.16f);
             painter->fillRect(option.rect, band);
         }
-        if (index.row() + 1 < index.model()->rowCount(index.parent())) {
+        // No line under a header, nor over one: its own air sets the sections apart.
+        const auto isHeader = [&](int row) {
+            return index.model()->index(row, 0, index.parent()).data(ThemeTableView::HeaderRole).toBool();
+        };
+        if (index.row() + 1 < index.model()->rowCount(index.parent()) && !isHeader(index.row())
+            && !isHeader(index.row() + 1)) {
             QColor line = option.palette.color(QPalette::WindowText);
             line.setAlphaF(0.10f);
             painter->fillRect(QRect(option.rect.left() + 14, option.rect.bottom(), option.rect.width() - 14, 1),
@@ -332,6 +337,18 @@ bool ThemeTableView::focusRow(int row, Qt::FocusReason reason)
     return true;
 }
 
+bool ThemeTableView::focusRowOrNext(int row, int step, Qt::FocusReason reason)
+{
+    // Rows without a focusable widget never come in runs (a header always heads a row), so a few
+    // steps reach a row with buttons or the end of the list.
+    constexpr int attempts = 3;
+    for (int attempt = 0; attempt < attempts && row >= 0 && row < numberOfRows(); ++attempt, row += step) {
+        if (focusRow(row, reason))
+            return true;
+    }
+    return false;
+}
+
 int ThemeTableView::focusedRow() const
 {
     const QWidget* focused = QApplication::focusWidget();
@@ -369,8 +386,10 @@ bool ThemeTableView::eventFilter(QObject* watched, QEvent* event)
             break;
         }
         if (row >= 0 && target != -1) {
+            // Landing on a header moves on past it, away from the row left; Home and End look inward.
+            const int step = key == Qt::Key_Home ? 1 : key == Qt::Key_End ? -1 : (target < row ? -1 : 1);
             if (target >= 0 && target < numberOfRows() && target != row)
-                focusRow(target, target < row ? Qt::BacktabFocusReason : Qt::TabFocusReason);
+                focusRowOrNext(target, step, target < row ? Qt::BacktabFocusReason : Qt::TabFocusReason);
             return true;
         }
     }

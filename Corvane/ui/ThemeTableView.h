@@ -22,6 +22,9 @@ public:
     // The data source's answer for a row: a configured cell from makeView, or none.
     using ViewProvider = std::function<QWidget*(ThemeTableView& table, int row)>;
 
+    // The model's role that marks a row as a header of a section (true), drawn without row lines.
+    static constexpr int HeaderRole = Qt::UserRole + 2;
+
     explicit ThemeTableView(QWidget* parent = nullptr);
     ~ThemeTableView() override;
 
@@ -56,6 +59,9 @@ public:
     // Scrolls the row into view and gives keyboard focus to its first (forward) or last focusable
     // widget. False when the row has none.
     bool focusRow(int row, Qt::FocusReason reason);
+    // The same, moving on by `step` past rows with nothing to focus (section headers) as far as the
+    // next row that has something; false when none does before the list ends.
+    bool focusRowOrNext(int row, int step, Qt::FocusReason reason);
     // The row whose cell holds the keyboard focus, or -1.
     int focusedRow() const;
 

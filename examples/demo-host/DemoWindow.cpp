@@ -16,6 +16,8 @@
 namespace {
 
 const QString lastCommitKey = QStringLiteral("themes/lastSeenCommit");
+// Where the updater keeps the versions the user skipped, in the settings this host hands it.
+const QString skippedVersionsKey = QStringLiteral("Corvane/skippedVersions");
 
 // The host's own texts, by id; the English text when no translator has one.
 QString text(const char* id, const char* english)
@@ -91,8 +93,19 @@ DemoWindow::DemoWindow(corvane::Configuration configuration, QSettings& settings
     auto updatesButton = new QPushButton(text(QT_TRID_NOOP("demo.button.updates"), "Theme Updates…"), this);
     connect(updatesButton, &QPushButton::clicked, this, &DemoWindow::showThemeUpdates);
 
+    //% "Forget Skipped Versions"
+    m_forgetSkipped = new QPushButton(text(QT_TRID_NOOP("demo.button.forget-skipped"), "Forget Skipped Versions"), this);
+    m_forgetSkipped->setFlat(true);
+    connect(m_forgetSkipped, &QPushButton::clicked, this, [this] {
+        m_settings.remove(skippedVersionsKey);
+        offerToForgetSkippedVersions();
+        if (m_updater && m_updater->isVisible())
+            m_updater->show(); // refreshes: the skipped rows come back
+    });
+
     auto footer = new QHBoxLayout;
     footer->addWidget(m_status, 1);
+    footer->addWidget(m_forgetSkipped);
     footer->addWidget(updatesButton);
 
     auto layout = new QVBoxLayout(this);
@@ -104,6 +117,16 @@ DemoWindow::DemoWindow(corvane::Configuration configuration, QSettings& settings
     layout->addLayout(footer);
 
     reloadInstalledThemes();
+    offerToForgetSkippedVersions();
+}
+
+void DemoWindow::offerToForgetSkippedVersions()
+{
+    m_settings.beginGroup(QStringLiteral("Corvane"));
+    const int skipped = m_settings.beginReadArray(QStringLiteral("skippedVersions"));
+    m_settings.endArray();
+    m_settings.endGroup();
+    m_forgetSkipped->setVisible(skipped > 0);
 }
 
 void DemoWindow::checkForThemeUpdates()
@@ -142,6 +165,8 @@ void DemoWindow::showThemeUpdates()
         // follows every install.
         m_updater = m_module.corvane(this, &m_settings);
         connect(m_updater.get(), &corvane::UpdatesThemes::themesInstalled, this, &DemoWindow::reloadInstalledThemes);
+        // The user may have skipped versions in the updater: offer to bring them back.
+        connect(m_updater.get(), &corvane::UpdatesThemes::closed, this, &DemoWindow::offerToForgetSkippedVersions);
     }
     m_updater->show();
     m_notice->hide();

@@ -31,6 +31,7 @@ signals:
 
 private:
     void repositoryStatusArrived(const corvane::ThemeRepositoryStatus& status);
+    void offerToForgetSkippedVersions();
 
     corvane::CorvaneModule m_module;
     QSettings& m_settings;
@@ -41,4 +42,5 @@ private:
     QLabel* m_noticeText = nullptr;
     QTreeWidget* m_themeList = nullptr;
     QLabel* m_status = nullptr;
+    QPushButton* m_forgetSkipped = nullptr;
 };

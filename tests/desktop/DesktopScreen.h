@@ -6,6 +6,7 @@
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeCellView.h"
 #include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
 
 #include "GitRepositoryFixture.h"
@@ -54,8 +55,10 @@ struct Updater {
     void openReady(const QUrl& remoteUrl);
     bool settled() const { return list->refreshButton()->isEnabled() && !list->isAnimating(); }
     int installedCount() const;
-    ThemeCellView* cell(int row) const
+    // The cell of the theme at `entry` in the rows shown (headers not counted).
+    ThemeCellView* cell(int entry) const
     {
+        const int row = list->tableViewModel().rowOfEntry(entry);
         return qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(row));
     }
 };

@@ -8,7 +8,10 @@
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeCellView.h"
 #include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/ThemeTableView.h"
+#include "Corvane/ui/ThemeUpdatesWidget.h"
 
 #include "GitRepositoryFixture.h"
 #include "ThemeFiles.h"
@@ -20,6 +23,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QVBoxLayout>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -93,6 +97,37 @@ class UpdaterLifecycleTest : public QObject {
 
 private slots:
     void initTestCase() { QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path()); }
+
+    // A host's settings page holds the list itself: no window of its own, left where the page lays it
+    // out, listing on its first show, installing with a row's button and telling the host what it wrote.
+    void theListWorksEmbeddedInAHostsPage()
+    {
+        Remote remote;
+        auto page = std::make_unique<QWidget>();
+        auto widget = new ThemeUpdatesWidget(remote.configuration(u"page"_s), page.get());
+        (new QVBoxLayout(page.get()))->addWidget(widget);
+        QSignalSpy installed(widget, &ThemeUpdatesWidget::themesInstalled);
+        page->resize(700, 500);
+        page->show();
+        QVERIFY(!widget->isWindow());
+        auto list = widget->findChild<ThemeListViewController*>();
+        QTRY_VERIFY_WITH_TIMEOUT(list->refreshButton()->isEnabled() && !list->isAnimating(), comparisonTimeout);
+        QCOMPARE(list->tableViewModel().entries().size(), 1);
+        const QRect where = widget->geometry();
+        QTest::qWait(QApplication::doubleClickInterval()); // rows that just moved take no press
+        qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(0))->updateButton()->click();
+        QTRY_COMPARE_WITH_TIMEOUT(installed.size(), 1, comparisonTimeout);
+        const QString written = installed.first().first().toStringList().value(0);
+        QVERIFY2(written.endsWith(u"/paper-mint.theme.json"_s) && QFile::exists(written), qPrintable(written));
+        QCOMPARE(widget->geometry(), where);
+        QVERIFY(QSettings().childGroups().isEmpty()); // a page keeps no window frame
+
+        // Dropped with its page while a comparison runs: the late answer reaches nothing.
+        remote.addTheme(u"Nordlys"_s);
+        widget->refresh();
+        page.reset();
+        QTest::qWait(200);
+    }
 
     void closeThenShowBringsTheSameWindowBackWithAFreshList()
     {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/AlertDialog.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -2,7 +2,8 @@
 // The presenter, the event handler and the four alerts: a finder the test answers, a view that records
 // what it is shown, real files with a Trash of their own, and real modal alerts answered from the test.
 #include "Corvane/module/TextError.h"
-#include "Corvane/presentation/Alerts.h"
+#include "Corvane/ui/Alerts.h"
+#include "Corvane/ui/WindowAlerts.h"
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 #include "Corvane/themes/FileManager.h"
 
@@ -178,7 +179,8 @@ private slots:
         writeFile(installed, u"a.theme.json"_s, "old a");
         const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(clone),
                                           QUrl::fromLocalFile(installed));
-        ThemeEntryEventHandler handler(configuration, m_presenter, FileManager::shared(), m_neighbours);
+        ThemeEntryEventHandler handler(configuration, m_presenter, FileManager::shared(), std::make_shared<WindowAlerts>(),
+                                       m_neighbours);
         QDesktopServices::setUrlHandler(u"file"_s, this, "open");
         AlertAnswerer answerer(answers);
         handler.installThemes(commands);
@@ -205,7 +207,8 @@ private slots:
         writeFile(installed, u"a.theme.json"_s, "old a");
         const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(clone),
                                           QUrl::fromLocalFile(installed));
-        ThemeEntryEventHandler handler(configuration, m_presenter, FileManager::shared(), m_neighbours);
+        ThemeEntryEventHandler handler(configuration, m_presenter, FileManager::shared(), std::make_shared<WindowAlerts>(),
+                                       m_neighbours);
         AlertAnswerer answerer({Answer::escape, Answer::first}); // Escape, then Continue
         handler.installThemes({CopyCommand{clone + "/Themes/gone.theme.json"_L1, installed + "/gone.theme.json"_L1}});
         QCOMPARE(answerer.seen().size(), 1);
@@ -281,7 +284,8 @@ private slots:
         copier->refused = refused;
         const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(u"/clone"_s),
                                           QUrl::fromLocalFile(u"/installed"_s));
-        auto handler = std::make_shared<ThemeEntryEventHandler>(configuration, m_presenter, copier, m_neighbours);
+        auto handler = std::make_shared<ThemeEntryEventHandler>(configuration, m_presenter, copier,
+                                                                std::make_shared<WindowAlerts>(), m_neighbours);
         QList<CopyCommand> commands;
         for (int index = 0; index < 200; ++index)
             commands << copyOf(u"t%1.theme.json"_s.arg(index));

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/SynchronizedRepository.h"
 
+#include "SshServer.h"
 #include "ThemeRepositoryScene.h"
 
 #include <QDirIterator>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <git2.h>
@@ -14,7 +16,7 @@ using namespace corvane::test;
 
 namespace {
 
-const QString user = QStringLiteral("ada"), password = QStringLiteral("s3cret pass");
+const QString user = QStringLiteral("grace"), password = QStringLiteral("s3cret pass");
 
 // The remote of a scene served over http(s) that wants a user and password.
 struct PrivateRemote {
@@ -111,11 +113,11 @@ private slots:
         QTest::addColumn<int>("asked");            // the provider's last attempt on the first transfer (0: never asked)
         for (const bool https : {false, true}) {
             const char* scheme = https ? "https" : "http";
-            QTest::addRow("password in the URL over %s", scheme) << https << "ada:s3cret%20pass" << QStringList{} << true << 0;
+            QTest::addRow("password in the URL over %s", scheme) << https << "grace:s3cret%20pass" << QStringList{} << true << 0;
             QTest::addRow("provider over %s", scheme) << https << "" << QStringList{password} << true << 1;
-            QTest::addRow("only a user in the URL, provider over %s", scheme) << https << "ada" << QStringList{password} << true << 1;
+            QTest::addRow("only a user in the URL, provider over %s", scheme) << https << "grace" << QStringList{password} << true << 1;
             QTest::addRow("refused once, then right over %s", scheme) << https << "" << QStringList{"wrong", password} << true << 2;
-            QTest::addRow("wrong password in the URL, provider over %s", scheme) << https << "ada:wrong" << QStringList{password} << true << 1;
+            QTest::addRow("wrong password in the URL, provider over %s", scheme) << https << "grace:wrong" << QStringList{password} << true << 1;
             QTest::addRow("always refused over %s", scheme) << https << "" << QStringList{"a", "b", "c", "d"} << false << 3;
             QTest::addRow("provider gives nothing over %s", scheme) << https << "" << QStringList{"-"} << false << 1;
             QTest::addRow("no credentials over %s", scheme) << https << "" << QStringList{} << false << 0;
@@ -169,9 +171,91 @@ private slots:
         failure = failureOf(synchronizedRepository);
         QVERIFY2(!failure, qPrintable(failure.value_or("")));
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
-        for (const QByteArray secret : {"s3cret", "wrong", "ada"})
+        // (a user name that is not hexadecimal: a commit id could hold it by chance)
+        for (const QByteArray secret : {"s3cret", "wrong", "grace"})
             QVERIFY2(gitFilesHolding(scene, secret).isEmpty(), qPrintable(gitFilesHolding(scene, secret).join(' ')));
         QCOMPARE(runGit(scene.clonePath(), {"config", "remote.origin.url"}), remote.url().toString());
+    }
+
+    // ssh with a key or the agent, the user named in the URL or by the provider, and the host key handed to
+    // the host's check (libgit2 checks no known_hosts: the hook is the only check there is).
+    void authenticatesOverSsh_data()
+    {
+        QTest::addColumn<QString>("answer"); // "key", "stranger" (a key the server does not know), "agent"
+        QTest::addColumn<QString>("hostCheck"); // "accepts", "refuses", or "none" (the host sets no check)
+        QTest::addColumn<QString>("failure");   // empty: succeeds
+        QTest::newRow("the provider's key") << "key" << "accepts" << "";
+        QTest::newRow("the provider's key, no host check") << "key" << "none" << "";
+        QTest::newRow("the ssh agent") << "agent" << "accepts" << "";
+        QTest::newRow("a key the server does not know") << "stranger" << "accepts" << "authentication";
+        QTest::newRow("the host key refused by the host")
+            << "key" << "refuses" << "The certificate of 127.0.0.1 was refused by the application.";
+    }
+
+    void authenticatesOverSsh()
+    {
+        QFETCH(QString, answer);
+        QFETCH(QString, hostCheck);
+        QFETCH(QString, failure);
+        SshServer server;
+        QVERIFY2(server.isRunning(), qPrintable(server.failure()));
+        ThemeRepositoryScene scene;
+        QProcess agent;
+        if (answer == "agent") {
+            const QString socket = scene.root.filePath("agent.socket");
+            agent.start("ssh-agent", {"-D", "-a", socket});
+            QTRY_VERIFY(QFileInfo::exists(socket));
+            qputenv("SSH_AUTH_SOCK", socket.toLocal8Bit());
+            QProcess add;
+            add.start("ssh-add", {"-q", server.clientKey()});
+            QVERIFY(add.waitForFinished() && add.exitCode() == 0);
+        }
+        auto stopAgent = qScopeGuard([&] {
+            qunsetenv("SSH_AUTH_SOCK");
+            agent.kill();
+            agent.waitForFinished();
+        });
+
+        QList<CredentialRequest> requests;
+        QList<ServerCertificate> hostKeys;
+        RemoteAccess access;
+        access.credentials = [&](const CredentialRequest& request) -> std::optional<Credentials> {
+            requests << request;
+            const QString userName = request.userName.isEmpty() ? SshServer::userName() : request.userName;
+            if (answer == "agent")
+                return SshAgent{userName};
+            const QString key = answer == "key" ? server.clientKey() : server.strangerKey();
+            return SshKey{userName, key, key + ".pub", {}};
+        };
+        if (hostCheck != "none") {
+            access.certificateCheck = [&](const ServerCertificate& certificate) {
+                hostKeys << certificate;
+                return hostCheck == "accepts";
+            };
+        }
+        const QUrl url = server.url(scene.remote.path());
+        const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), url, QStringLiteral("master"), access);
+        std::optional<QString> failed = failureOf(synchronizedRepository);
+        if (hostCheck != "none") {
+            QVERIFY2(!hostKeys.isEmpty(), qPrintable(failed.value_or("succeeded")));
+            QCOMPARE(hostKeys.first().sshHostKeySha256.toHex(), server.hostKeySha256().toHex());
+        }
+        if (!failure.isEmpty()) {
+            QVERIFY2(failed && failed->contains(failure), qPrintable(failed.value_or("succeeded")));
+            QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes"));
+            return;
+        }
+        QVERIFY2(!failed, qPrintable(failed.value_or("")));
+        QVERIFY(!requests.isEmpty() && requests.first().sshAllowed && !requests.first().userPasswordAllowed);
+        QCOMPARE(requests.first().userName, SshServer::userName());
+        // The clone keeps no user; the fetch after it asks the provider for one and gets the new commit.
+        QUrl stored = url;
+        stored.setUserInfo({});
+        QCOMPARE(runGit(scene.clonePath(), {"config", "remote.origin.url"}), stored.toString());
+        scene.commitTheme("Dawn");
+        failed = failureOf(synchronizedRepository);
+        QVERIFY2(!failed, qPrintable(failed.value_or("")));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
     }
 
     // The host's check can refuse a certificate libgit2 accepted, never accept one it refused.

@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -219,6 +220,51 @@ private slots:
         }
     }
 
+    // A host's settings file names the versions its window skipped; list and install --all leave them out.
+    void leavesOutTheVersionsAHostSkipped_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // SETTINGS stands for the host's file
+        QTest::addColumn<QStringList>("out");      // list: the names only
+        QTest::addColumn<QString>("err");
+        const QStringList all{"Aurora", decomposedCafe, "Solar"};
+        QTest::newRow("list without settings") << QStringList{"list"} << all << "";
+        QTest::newRow("list") << QStringList{"list", "--settings", "SETTINGS"} << QStringList{"Aurora", decomposedCafe}
+                              << "";
+        QTest::newRow("list --include-skipped")
+            << QStringList{"list", "--settings", "SETTINGS", "--include-skipped"} << all << "";
+        QTest::newRow("install --all") << QStringList{"install", "--all", "--settings", "SETTINGS"}
+                                       << QStringList{"installed Aurora", updatedCafe} << "";
+        QTest::newRow("install by name, skipped or not")
+            << QStringList{"install", "Solar", "--settings", "SETTINGS"} << QStringList{updatedSolar} << "";
+        QTest::newRow("a settings file that is not there")
+            << QStringList{"list", "--settings", "nowhere.ini"} << QStringList{}
+            << "corvane list: no settings file 'nowhere.ini'\n";
+    }
+
+    void leavesOutTheVersionsAHostSkipped()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, err);
+        TrashSandbox trash;
+        Scene scene;
+        scene.publish();
+        const QString settings = scene.dir.filePath("host.ini");
+        QFile file(settings);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Corvane]\nskippedVersions\\1\\name=Solar\nskippedVersions\\1\\style=dark\n"
+                   "skippedVersions\\1\\version=2.0.0\nskippedVersions\\size=1\n");
+        file.close();
+        arguments.replaceInStrings("SETTINGS", settings);
+
+        const Run run = scene.run(arguments);
+        QCOMPARE(run.err, err);
+        QCOMPARE(run.exitCode, err.isEmpty() ? 0 : 1);
+        QStringList out = run.lines();
+        if (arguments.first() == "list")
+            out = out.replaceInStrings(QRegularExpression("\t.*"), "");
+        QTEST(out, "out");
+    }
+
     // What a command-line user expects of any tool.
     void followsCommandLineConventions_data()
     {
@@ -275,7 +321,8 @@ private slots:
         QVERIFY2(remote.startsWith("./") || !run.err.contains(QDir::currentPath()), qPrintable(run.err));
     }
 
-    // Scripts name no secrets: the password comes from git's credential helpers, and stays out of the clone.
+    // Scripts name no secrets: the password comes from git's credential helpers, and stays out of the clone;
+    // an accepted answer is approved (the helper may keep it), a refused one rejected, as git does.
     void asksGitsCredentialHelpers_data()
     {
         QTest::addColumn<QString>("stored"); // what the helper knows; empty: no helper configured
@@ -296,12 +343,13 @@ private slots:
         const QUrl url = server.url("remote");
 
         QTemporaryDir home;
+        const QString log = home.filePath("helper.log");
         if (!stored.isEmpty()) {
-            QUrl known = url;
-            known.setPath({});
-            known.setUserInfo(stored);
-            writeFile(home.path(), "credentials", known.toString().toUtf8() + "\n");
-            writeFile(home.path(), ".gitconfig", "[credential]\n\thelper = store --file=" + home.filePath("credentials").toUtf8() + "\n");
+            // A helper that knows one answer and notes what git asks of it.
+            const QString helper = QStringLiteral("!f() { echo $1 >> '%1'; cat >/dev/null; test $1 = get && printf "
+                                                  "'username=%2\\npassword=%3\\n'; true; }; f")
+                                       .arg(log, stored.section(':', 0, 0), stored.section(':', 1));
+            writeFile(home.path(), ".gitconfig", "[credential]\n\thelper = \"" + helper.toUtf8() + "\"\n");
         }
         QProcessEnvironment environment;
         environment.insert("HOME", home.path());
@@ -310,10 +358,15 @@ private slots:
         environment.insert("GIT_TERMINAL_PROMPT", "0");
         const Run run = runTool({"check", "--remote", url.toString(), "--clone", scene.clone}, environment);
         QVERIFY2(run.exitCode == exitCode, qPrintable(run.err));
+        const QByteArray asked = readFile(log);
         if (exitCode == 0) {
             QCOMPARE(run.out, "update-available " + commit + "\n");
             QVERIFY(!readFile(scene.clone + "/.git/config").contains("s3cret"));
+            QVERIFY2(asked.startsWith("get\n") && asked.endsWith("store\n"), asked.constData());
+        } else {
+            QVERIFY2(!asked.contains("store"), asked.constData());
         }
+        QVERIFY(stored.isEmpty() || asked.contains("get"));
     }
 
     void aFailedCopyStopsTheBatch()

@@ -5,7 +5,7 @@
 #include "Corvane/differences/StyleLabel.h"
 #include "Corvane/differences/ThemeDifferencesError.h"
 #include "Corvane/module/TextError.h"
-#include "Corvane/presentation/Alerts.h"
+#include "Corvane/ui/Alerts.h"
 #include "Corvane/sources/GitError.h"
 #include "Corvane/sources/RepositoryTimeOut.h"
 #include "Corvane/themes/JSONDecodingError.h"

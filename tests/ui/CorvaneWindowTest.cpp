@@ -88,7 +88,8 @@ private slots:
 
         const QByteArray old = updater.file(updater.installed, "harbor-night.theme.json");
         QTest::qWait(QApplication::doubleClickInterval()); // a press on rows that just moved installs nothing
-        auto harborNight = qobject_cast<ThemeCellView*>(updater.list->themeTableView()->cellForRow(1));
+        auto harborNight = qobject_cast<ThemeCellView*>(
+            updater.list->themeTableView()->cellForRow(updater.list->tableViewModel().rowOfEntry(1)));
         QTest::mouseClick(harborNight->updateButton(), Qt::LeftButton);
         QCOMPARE(updater.file(updater.installed, "harbor-night.theme.json"),
                  updater.file(updater.remote.themesDirectory(), "harbor-night.theme.json"));
@@ -114,9 +115,11 @@ private slots:
         ThemeTableView* table = updater.list->themeTableView();
         QScrollBar* scroll = table->verticalScrollBar();
         scroll->setValue(table->rowHeight() * 20 + 7);
-        const int acted = table->firstVisibleRow() + 2;
+        const int acted = table->firstVisibleRow() + 2; // a row of the new themes, under their header
+        const int actedEntry = updater.list->tableViewModel().entryIndex(acted);
+        QVERIFY(actedEntry >= 0);
         const QStringList before = updater.rows();
-        const CopyCommand other = updater.list->tableViewModel().entries().at(acted + 1).copyCommand;
+        const CopyCommand other = updater.list->tableViewModel().entries().at(actedEntry + 1).copyCommand;
 
         updater.list->installTheme(other); // the rows just moved: a press now could be meant for another row
         QCOMPARE(QDir(updater.installed).entryList(QDir::Files).size(), 1); // Harbor Night only, as before
@@ -128,7 +131,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
 
         QStringList expected = before;
-        expected.removeAt(acted);
+        expected.removeAt(actedEntry);
         QCOMPARE(updater.rows(), expected); // only the acted-on theme was installed
         QCOMPARE(scroll->value(), table->rowHeight() * 20 + 7); // the rows around it stayed in place
         QCOMPARE(table->focusedRow(), acted);                     // its successor has the focus

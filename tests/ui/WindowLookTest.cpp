@@ -7,6 +7,7 @@
 #include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
 #include "Corvane/ui/VersionLabel.h"
 
@@ -106,16 +107,20 @@ private slots:
             QCoreApplication::processEvents();
         }
         QVERIFY(table.cellsMade() <= made + 1);
+        const ThemeTableModel& model = m_list->tableViewModel();
         for (const int row : table.rowsWithCells()) {
+            if (model.isHeader(row))
+                continue;
+            const ThemeEntry& shown = model.entries().at(model.entryIndex(row));
             auto cell = qobject_cast<ThemeCellView*>(table.cellForRow(row));
-            const bool update = rows[row].installedVersion.has_value();
-            QCOMPARE(cell->themeNameLabel()->text(), rows[row].name);
+            const bool update = shown.installedVersion.has_value();
+            QCOMPARE(cell->themeNameLabel()->text(), shown.name);
             QCOMPARE(cell->updateButton()->text(), update ? u"Update"_s : u"Install"_s);
             QCOMPARE(cell->versionLabel()->fromVersionLabel()->isVisible(), update);
             QCOMPARE(cell->versionLabel()->arrow()->isVisible(), update);
             if (update)
-                QCOMPARE(cell->versionLabel()->fromVersionLabel()->text(), *rows[row].installedVersion);
-            QCOMPARE(cell->versionLabel()->toVersionLabel()->text(), rows[row].remoteVersion);
+                QCOMPARE(cell->versionLabel()->fromVersionLabel()->text(), *shown.installedVersion);
+            QCOMPARE(cell->versionLabel()->toVersionLabel()->text(), shown.remoteVersion);
         }
     }
 
@@ -182,7 +187,8 @@ private slots:
             for (const QPoint corner : {list.topLeft() + QPoint(3, 3), list.bottomRight() - QPoint(3, 3)})
                 QCOMPARE(image.pixelColor(corner), QApplication::palette().color(QPalette::Base));
         for (int row = 0; row < rows; ++row) { // every row's text reads clearly on what is drawn beneath it
-            auto cell = qobject_cast<ThemeCellView*>(m_list->themeTableView()->cellForRow(row));
+            const int tableRow = m_list->tableViewModel().rowOfEntry(row);
+            auto cell = qobject_cast<ThemeCellView*>(m_list->themeTableView()->cellForRow(tableRow));
             const double name = drawnContrast(image, window, cell->themeNameLabel());
             const double authors = drawnContrast(image, window, cell->authorsLabel());
             QVERIFY2(name >= 7.0 && authors >= 3.0 && authors < name, qPrintable(u"%1, %2"_s.arg(name).arg(authors)));

@@ -4,6 +4,7 @@
 #include "GitCredentialHelper.h"
 
 #include <QFileInfo>
+#include <QSettings>
 #include <QRegularExpression>
 
 #include <cstdio>
@@ -37,6 +38,30 @@ void CommandLine::addLocations(bool remote, bool clone, bool installed)
         add("clone", "DIR", "The directory of the local clone.");
     if (installed)
         add("installed", "DIR", "The directory of installed themes.");
+}
+
+void CommandLine::addSkipOptions()
+{
+    m_parser.addOption(QCommandLineOption(
+        QStringLiteral("settings"),
+        QStringLiteral("A host's settings as an ini file: the versions skipped in its updater window (group "
+                       "Corvane, array skippedVersions) are left out. Without it nothing is skipped."),
+        QStringLiteral("FILE")));
+    m_parser.addOption(QCommandLineOption(QStringLiteral("include-skipped"),
+                                          QStringLiteral("Keep the rows of skipped versions too.")));
+}
+
+Result<SkippedVersions, QString> CommandLine::skippedVersions() const
+{
+    const QString file = m_parser.value(QStringLiteral("settings"));
+    if (file.isEmpty() || m_parser.isSet(QStringLiteral("include-skipped")))
+        return SkippedVersions();
+    if (!QFileInfo(file).isFile())
+        return std::unexpected(QStringLiteral("corvane %1: no settings file '%2'").arg(m_command, file));
+    QSettings settings(file, QSettings::IniFormat);
+    if (settings.status() != QSettings::NoError)
+        return std::unexpected(QStringLiteral("corvane %1: the settings file '%2' cannot be read").arg(m_command, file));
+    return SkippedVersions::load(settings);
 }
 
 std::optional<int> CommandLine::parse(const QStringList& arguments)

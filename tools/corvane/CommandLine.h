@@ -2,6 +2,8 @@
 #pragma once
 
 #include "Corvane/module/Configuration.h"
+#include "Corvane/module/Result.h"
+#include "Corvane/presentation/SkippedVersions.h"
 
 #include <QCommandLineParser>
 #include <QString>
@@ -23,6 +25,8 @@ public:
 
     QCommandLineParser& parser() { return m_parser; }
     void addLocations(bool remote, bool clone, bool installed);
+    // --settings FILE and --include-skipped: the versions a host's window was told to skip.
+    void addSkipOptions();
 
     // Empty on success; otherwise the exit status to return at once (0 after --help).
     std::optional<int> parse(const QStringList& arguments);
@@ -36,6 +40,9 @@ public:
     QUrl installed() const;
     // The locations, the branch of --branch, and credentials from git's credential helpers.
     Configuration configuration() const;
+    // The skips of the --settings file; none without one or with --include-skipped. A file that does
+    // not exist is an error: a mistyped name would otherwise skip nothing, silently.
+    Result<SkippedVersions, QString> skippedVersions() const;
 
     // Prints "usage: ..." and the reason on stderr; returns badUsage.
     int usageError(const QString& reason) const;

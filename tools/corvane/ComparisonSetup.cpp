@@ -44,4 +44,10 @@ Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuratio
         [](ThemeDifferencesError error) { return error.errorDescription(); });
 }
 
+void removeSkipped(QList<ThemeRow>& rows, const SkippedVersions& skipped)
+{
+    if (!skipped.isEmpty())
+        rows.removeIf([&](const ThemeRow& row) { return skipped.skips(row.entry); });
+}
+
 } // namespace corvane::cli

@@ -3,6 +3,7 @@
 
 #include "Corvane/differences/FindThemeDifferences.h"
 #include "Corvane/module/Configuration.h"
+#include "Corvane/presentation/SkippedVersions.h"
 #include "Corvane/presentation/ThemeEntry.h"
 
 #include <QList>
@@ -28,5 +29,8 @@ struct ThemeRow {
 // Runs the comparison on the calling thread (a command has nothing else to do meanwhile). On failure
 // the text is exactly what the window's alert would show.
 Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration);
+
+// Leaves out the rows of versions the user skipped, as the window does.
+void removeSkipped(QList<ThemeRow>& rows, const SkippedVersions& skipped);
 
 } // namespace corvane::cli

@@ -44,12 +44,18 @@ struct LastAnswer {
     UserPassword credentials;
 };
 
+// The tool makes one configuration per run; its answers are approved once the command succeeded.
+LastAnswer& lastAnswer()
+{
+    static LastAnswer answer;
+    return answer;
+}
+
 } // namespace
 
 CredentialsProvider gitCredentialHelper()
 {
-    auto last = std::make_shared<LastAnswer>();
-    return [last](const CredentialRequest& request) -> std::optional<Credentials> {
+    return [last = &lastAnswer()](const CredentialRequest& request) -> std::optional<Credentials> {
         if (request.sshAllowed)
             return SshAgent{request.userName};
         if (!request.userPasswordAllowed)
@@ -71,6 +77,16 @@ CredentialsProvider gitCredentialHelper()
         last->credentials = credentials;
         return credentials;
     };
+}
+
+void approveGitCredentials()
+{
+    LastAnswer& last = lastAnswer();
+    std::lock_guard guard(last.mutex);
+    if (last.url.isEmpty())
+        return;
+    gitCredential("approve", describe(last.url, last.credentials.userName, last.credentials.password));
+    last.url.clear();
 }
 
 } // namespace corvane::cli

@@ -11,4 +11,8 @@ namespace corvane::cli {
 // the keys of the ssh agent.
 CredentialsProvider gitCredentialHelper();
 
+// After a command that succeeded: the helpers' last answer was accepted, so `git credential approve`
+// lets them store it (as git does after a transfer); nothing when no helper was asked.
+void approveGitCredentials();
+
 } // namespace corvane::cli

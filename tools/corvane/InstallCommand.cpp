@@ -42,12 +42,16 @@ QString doneLine(const ThemeRow& row)
 int runInstall(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("install"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] (--all | NAME...)"),
+        QStringLiteral("install"),
+        QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] (--all [--settings FILE "
+                       "[--include-skipped]] | NAME...)"),
         QStringLiteral("Installs or updates themes as the updater window's buttons do: each chosen row's theme file "
                        "is copied from the clone into the installed-themes directory, in the window's order, the "
                        "file it replaces going to the Trash. A NAME chooses every row of that theme name. The "
-                       "first failed copy stops the batch."));
+                       "first failed copy stops the batch. --all leaves out the versions skipped in --settings; a NAME "
+                       "installs its theme whether skipped or not."));
     commandLine.addLocations(true, true, true);
+    commandLine.addSkipOptions();
     const QCommandLineOption all(QStringLiteral("all"), QStringLiteral("Install every row, as Update All does."));
     commandLine.parser().addOption(all);
     commandLine.parser().addPositionalArgument(QStringLiteral("NAME"), QStringLiteral("The name of a theme to install."),
@@ -60,11 +64,19 @@ int runInstall(const QStringList& arguments)
         return commandLine.usageError(installAll ? QStringLiteral("--all and theme names exclude each other")
                                                  : QStringLiteral("name the themes to install, or give --all"));
 
-    const auto rows = findThemeRows(commandLine.configuration());
+    const auto skipped = commandLine.skippedVersions();
+    if (!skipped) {
+        printError(skipped.error());
+        return failed;
+    }
+    auto rows = findThemeRows(commandLine.configuration());
     if (!rows) {
         printError(rows.error());
         return failed;
     }
+    // A theme named on the command line is wanted, skipped or not.
+    if (installAll)
+        removeSkipped(*rows, *skipped);
 
     int status = done;
     QList<const ThemeRow*> chosen;

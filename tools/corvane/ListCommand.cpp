@@ -107,12 +107,15 @@ void appendJsonObject(QString& out, const ThemeRow& row)
 int runList(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("list"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--json]"),
+        QStringLiteral("list"),
+        QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--settings FILE [--include-skipped]] "
+                       "[--json]"),
         QStringLiteral("Synchronises the clone and prints the rows the updater window would show, in its order: "
                        "every new theme, then every update, each group by name. One row per line, "
                        "tab-separated: name, style, authors, installed version (- for a new theme), "
                        "version in the repository."));
     commandLine.addLocations(true, true, true);
+    commandLine.addSkipOptions();
     const QCommandLineOption json(QStringLiteral("json"),
                                   QStringLiteral("Print one JSON array of objects with the keys name, style (dark or "
                                                  "light), styleLabel (as the window shows it), authors (an array), "
@@ -125,11 +128,17 @@ int runList(const QStringList& arguments)
         return commandLine.usageError(QStringLiteral("unexpected argument '%1'")
                                           .arg(commandLine.parser().positionalArguments().constFirst()));
 
-    const auto rows = findThemeRows(commandLine.configuration());
+    const auto skipped = commandLine.skippedVersions();
+    if (!skipped) {
+        printError(skipped.error());
+        return failed;
+    }
+    auto rows = findThemeRows(commandLine.configuration());
     if (!rows) {
         printError(rows.error());
         return failed;
     }
+    removeSkipped(*rows, *skipped);
     if (commandLine.parser().isSet(json)) {
         // One object per line inside one array.
         QString text = QStringLiteral("[");

@@ -4,7 +4,7 @@
 
 #include "Corvane/module/Translations.h"
 #include "Corvane/module/CorvaneWireframe.h"
-#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/AlertDialog.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/ThemeListViewController.h"
 
@@ -128,7 +128,8 @@ bool installTranslation(const QString& language)
 int runShow(const QStringList& arguments)
 {
     CommandLine commandLine(
-        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--lang CODE] [--screenshot FILE]"),
+        QStringLiteral("show"), QStringLiteral("--remote URL --clone DIR --installed DIR [--branch NAME] [--lang CODE] [--settings FILE] "
+                       "[--screenshot FILE]"),
         QStringLiteral("Opens the updater window in a minimal host: it synchronises the clone and lists every new "
                        "and updated theme, as a host application's updater does. With --screenshot, renders the "
                        "window off screen once the first refresh has finished, writes it as a PNG and exits; a "
@@ -142,6 +143,11 @@ int runShow(const QStringList& arguments)
                                       QStringLiteral("Show the texts in this language (for example de)."),
                                       QStringLiteral("CODE"));
     commandLine.parser().addOption(language);
+    const QCommandLineOption settingsFile(
+        QStringLiteral("settings"),
+        QStringLiteral("Keep the window's frame and skipped versions in this ini file, as a host's settings."),
+        QStringLiteral("FILE"));
+    commandLine.parser().addOption(settingsFile);
     if (auto status = commandLine.parse(arguments))
         return *status;
     // Off screen a window would wait for ever for a person who cannot see it.
@@ -163,7 +169,10 @@ int runShow(const QStringList& arguments)
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings->path());
     }
 
-    const auto updater = CorvaneWireframe::create(commandLine.configuration());
+    std::unique_ptr<QSettings> hostSettings;
+    if (commandLine.parser().isSet(settingsFile))
+        hostSettings = std::make_unique<QSettings>(commandLine.parser().value(settingsFile), QSettings::IniFormat);
+    const auto updater = CorvaneWireframe::create(commandLine.configuration(), nullptr, hostSettings.get());
     std::unique_ptr<Screenshot> capture;
     if (commandLine.parser().isSet(screenshot))
         capture = std::make_unique<Screenshot>(*updater->windowController(), commandLine.parser().value(screenshot));

@@ -1,30 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "CommandLine.h"
 #include "Commands.h"
+#include "GitCredentialHelper.h"
 
 #include "Corvane/corvane_version.h"
 
-#include <QApplication>
 #include <QCoreApplication>
 
 #include <cstring>
-#include <memory>
 
 namespace {
 
 struct Subcommand {
     const char* name;
     int (*run)(const QStringList&);
-    bool needsWidgets;
     const char* summary;
 };
 
 constexpr Subcommand subcommands[] = {
-    {"check", corvane::cli::runCheck, false, "tell whether the theme repository moved on since a commit"},
-    {"list", corvane::cli::runList, false, "list the new and updated themes the updater window would show"},
-    {"install", corvane::cli::runInstall, false, "install or update themes as the window's buttons do"},
-    {"lint", corvane::cli::runLint, false, "check every theme file of a directory"},
-    {"show", corvane::cli::runShow, true, "open the updater window, or render it to a PNG"},
+    {"check", corvane::cli::runCheck, "tell whether the theme repository moved on since a commit"},
+    {"list", corvane::cli::runList, "list the new and updated themes the updater window would show"},
+    {"install", corvane::cli::runInstall, "install or update themes as the window's buttons do"},
+    {"lint", corvane::cli::runLint, "check every theme file of a directory"},
+    {"show", nullptr, "open the updater window, or render it to a PNG"},
 };
 
 // On stdout when asked for, on stderr after bad usage.
@@ -35,15 +33,6 @@ void printUsage(void (*print)(const QString&))
     for (const Subcommand& command : subcommands)
         print(QStringLiteral("  %1  %2").arg(QString::fromLatin1(command.name).leftJustified(8),
                                              QString::fromLatin1(command.summary)));
-}
-
-// Without a display there is nothing to open a window on; render off screen instead (show then needs
-// --screenshot).
-void chooseOffscreenPlatformWithoutDisplay()
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
-        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
 } // namespace
@@ -65,17 +54,17 @@ int main(int argc, char** argv)
     for (const Subcommand& command : subcommands) {
         if (std::strcmp(argv[1], command.name) != 0)
             continue;
-        std::unique_ptr<QCoreApplication> application;
-        if (command.needsWidgets) {
-            chooseOffscreenPlatformWithoutDisplay();
-            application = std::make_unique<QApplication>(argc, argv);
-        } else {
-            application = std::make_unique<QCoreApplication>(argc, argv);
-        }
+        // The window needs QtGui and QtWidgets, which the other commands never load.
+        if (!command.run)
+            return corvane::cli::handOverToShow(argc, argv);
+        QCoreApplication application(argc, argv);
         QCoreApplication::setApplicationName(QStringLiteral("corvane"));
         QStringList arguments = QCoreApplication::arguments();
         arguments.removeFirst(); // the program; the subcommand's name stands first, as a parser expects
-        return command.run(arguments);
+        const int status = command.run(arguments);
+        if (status == corvane::cli::done)
+            corvane::cli::approveGitCredentials();
+        return status;
     }
     corvane::cli::printError(QStringLiteral("corvane: unknown command '%1'").arg(QString::fromLocal8Bit(argv[1])));
     printUsage(corvane::cli::printError);

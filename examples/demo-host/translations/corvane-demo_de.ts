@@ -59,6 +59,10 @@
         <source>Your themes are current with the theme repository.</source>
         <translation>Ihre Themes sind auf dem Stand des Theme-Repositorys.</translation>
     </message>
+    <message id="demo.button.forget-skipped">
+        <source>Forget Skipped Versions</source>
+        <translation>Übersprungene Versionen vergessen</translation>
+    </message>
     <message id="demo.style.dark">
         <source>Dark</source>
         <translation>Dunkel</translation>

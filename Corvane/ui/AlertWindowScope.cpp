@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Corvane/presentation/AlertWindowScope.h"
+#include "Corvane/ui/AlertWindowScope.h"
 
 namespace corvane {
 namespace {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A host in miniature: checks a theme repository with the installed Corvane package.
+// A host in miniature that links the core alone: checks a theme repository with the installed package,
+// answered while its context lives; a cancelled check never answers.
 #include <Corvane/Version/Version.h>
 #include <Corvane/corvane_version.h>
 #include <Corvane/differences/CopyCommand.h>
@@ -18,7 +19,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     if (argc != 4) {
-        std::fputs("usage: consumer REMOTE CLONE INSTALLED\n", stderr);
+        std::fputs("usage: core-host REMOTE CLONE INSTALLED\n", stderr);
         return 2;
     }
     const auto version = corvane::Version::fromString(QStringLiteral("1.10"));
@@ -46,8 +47,14 @@ int main(int argc, char** argv)
         return 1;
     QFile::remove(copy.destinationPath);
 
+    const corvane::CorvaneModule module(configuration);
+    bool cancelledAnswered = false;
+    corvane::RepositoryCheckHandle cancelled = module.hasUpdates(
+        std::nullopt, &application, [&](const corvane::ThemeRepositoryStatus&) { cancelledAnswered = true; });
+    cancelled.cancel();
     int exitCode = 1;
-    corvane::CorvaneModule(configuration).hasUpdates(std::nullopt, [&](const corvane::ThemeRepositoryStatus& status) {
+    const corvane::RepositoryCheckHandle check = module.hasUpdates(std::nullopt, &application,
+                                                                   [&](const corvane::ThemeRepositoryStatus& status) {
         if (const auto* update = std::get_if<corvane::UpdateAvailable>(&status)) {
             std::printf("update-available %s\n", qPrintable(update->commit));
             exitCode = update->commit.size() == 40 ? 0 : 1;
@@ -57,5 +64,7 @@ int main(int argc, char** argv)
         QCoreApplication::quit();
     });
     application.exec();
+    if (cancelledAnswered || !cancelled.isCancelled() || !check.isAnswered())
+        return 1;
     return exitCode;
 }

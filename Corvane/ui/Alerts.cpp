@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "Corvane/presentation/Alerts.h"
+#include "Corvane/ui/Alerts.h"
 
 #include "Corvane/module/Localized.h"
-#include "Corvane/presentation/AlertDialog.h"
-#include "Corvane/presentation/AlertWindowScope.h"
+#include "Corvane/ui/AlertDialog.h"
+#include "Corvane/ui/AlertWindowScope.h"
 #include "Corvane/presentation/CopyingThemeFailed.h"
 
 #include <QApplication>

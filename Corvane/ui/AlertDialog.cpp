@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "Corvane/presentation/AlertDialog.h"
+#include "Corvane/ui/AlertDialog.h"
 
-#include "Corvane/presentation/ActionButton.h"
+#include "Corvane/ui/ActionButton.h"
 
 #include <QApplication>
 #include <QCloseEvent>

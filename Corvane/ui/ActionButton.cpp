@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Corvane/presentation/ActionButton.h"
+#include "Corvane/ui/ActionButton.h"
 
 #include <QKeyEvent>
 #include <QPainter>

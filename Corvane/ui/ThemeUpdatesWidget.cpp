@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "Corvane/ui/ThemeUpdatesWidget.h"
+
+#include "Corvane/module/ThemeUpdatesAssembly.h"
+#include "Corvane/presentation/ThemeEntryEventHandler.h"
+#include "Corvane/presentation/ThemeEntryPresenter.h"
+#include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ThemeListViewController.h"
+#include "Corvane/ui/WindowAlerts.h"
+#include "ui_Corvane.h"
+
+#include <QPointer>
+
+namespace corvane {
+
+struct ThemeUpdatesWidget::Parts {
+    std::shared_ptr<CorvaneWindowController> controller;
+    ThemeUpdatesAssembly core;
+};
+
+ThemeUpdatesWidget::ThemeUpdatesWidget(const Configuration& configuration, QWidget* parent)
+    : QWidget(parent), m_parts(std::make_unique<Parts>())
+{
+    // The window's own form, set up in this widget: one layout for the window and the page.
+    Ui::CorvaneWindow form;
+    form.setupUi(this);
+    setWindowTitle({});
+    m_parts->controller = CorvaneWindowController::embeddedIn(this);
+    auto alerts = std::make_shared<WindowAlerts>();
+    alerts->setWindow(this);
+    m_parts->core = ThemeUpdatesAssembly::create(configuration, m_parts->controller, std::move(alerts));
+    m_parts->controller->listViewController()->setDelegate(m_parts->core.eventHandler);
+    m_parts->core.eventHandler->themesInstalled = [widget = QPointer<ThemeUpdatesWidget>(this)](const QStringList& files) {
+        if (widget)
+            emit widget->themesInstalled(files);
+    };
+}
+
+ThemeUpdatesWidget::~ThemeUpdatesWidget() = default;
+
+void ThemeUpdatesWidget::refresh()
+{
+    m_parts->core.presenter->refresh();
+}
+
+void ThemeUpdatesWidget::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!std::exchange(m_shownBefore, true))
+        refresh();
+}
+
+} // namespace corvane
