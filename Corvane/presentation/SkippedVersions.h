@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/corvane_export.h"
+
 #include "Corvane/Version/Version.h"
 #include "Corvane/presentation/ThemeEntry.h"
 
@@ -14,7 +16,7 @@ namespace corvane {
 // The versions the user chose to skip, one per theme (name and style). A row stays hidden while the
 // repository offers that version or an older one; a newer version shows it again. Kept in the
 // host's settings, group "Corvane", as the array "skippedVersions" of name, style and version.
-class SkippedVersions {
+class CORVANE_EXPORT SkippedVersions {
 public:
     static SkippedVersions load(QSettings& settings);
     void save(QSettings& settings) const;

@@ -115,7 +115,8 @@ private slots:
         QCOMPARE(list->tableViewModel().entries().size(), 1);
         const QRect where = widget->geometry();
         QTest::qWait(QApplication::doubleClickInterval()); // rows that just moved take no press
-        qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(0))->updateButton()->click();
+        const int row = list->tableViewModel().rowOfEntry(0); // below its section's header
+        qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(row))->updateButton()->click();
         QTRY_COMPARE_WITH_TIMEOUT(installed.size(), 1, comparisonTimeout);
         const QString written = installed.first().first().toStringList().value(0);
         QVERIFY2(written.endsWith(u"/paper-mint.theme.json"_s) && QFile::exists(written), qPrintable(written));
