@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -335,6 +336,33 @@ private slots:
                                     "local themes to start fresh.\n") && run.err.count('\n') == 2, qPrintable(run.err));
         QCOMPARE(QDir(scene.installed).entryList(QDir::Files | QDir::Hidden), QStringList{"aurora.theme.json"});
         QCOMPARE(trash.trashedNames(), QStringList{});
+    }
+
+    void showsTheClonesProgressOnATerminalOnly()
+    {
+        if (QStandardPaths::findExecutable("script").isEmpty())
+            QSKIP("needs script(1) for a terminal");
+        Scene scene(true);
+        QVERIFY(scene.daemon->isRunning());
+        for (int index = 0; index < 300; ++index)
+            writeTheme(scene.remote.themesDirectory(), QString("t%1.theme.json").arg(index), QString("T%1").arg(index),
+                       "dark", {"Ann"}, "1.0.0");
+        scene.publish();
+        // stderr on a terminal of its own, stdout to a file.
+        const QString out = scene.dir.filePath("out.txt");
+        const QString command = QStringList{CORVANE_TOOL_PATH, "list", "--remote", scene.daemon->url("remote").toString(),
+                                            "--clone", scene.clone, "--installed", scene.installed}.join(' ')
+            + " > " + out;
+        QProcess terminal;
+        terminal.start("script", {"-qec", command, "/dev/null"});
+        QVERIFY(terminal.waitForFinished(120000));
+        QCOMPARE(terminal.exitCode(), 0);
+        const QString shown = QString::fromUtf8(terminal.readAllStandardOutput());
+        QVERIFY2(shown.contains("\r\x1b[KReceiving objects: ") && shown.contains("\r\x1b[KChecking out files: 303 of 303"),
+                 qPrintable(shown.left(300)));
+        QVERIFY2(shown.endsWith("\r\x1b[K"), "the progress line is not wiped");
+        QCOMPARE(QString::fromUtf8(readFile(out)).split('\n', Qt::SkipEmptyParts).size(), 303);
+        QCOMPARE(QString::fromUtf8(readFile(out)), scene.run({"list"}).out);
     }
 };
 
