@@ -3,6 +3,8 @@
 // from handing the rows to the window to its first complete paint, one scrolled frame at a time from
 // top to bottom, and what the rows cost in memory.
 #include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ProvidesThemePreviews.h"
+#include "Corvane/ui/ThemePreviewLoader.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableView.h"
 
@@ -10,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QScrollBar>
+#include <QThread>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -108,6 +111,57 @@ void ScrollFrame(benchmark::State& state)
     state.counters["frames"] = double(frames);
 }
 BENCHMARK(ScrollFrame)->Arg(8)->Arg(60)->Arg(400)->Unit(benchmark::kMicrosecond);
+
+// A host's provider that takes 5 ms to draw each preview.
+class SlowPreviews final : public ProvidesThemePreviews {
+public:
+    QImage previewForThemeFile(const QString& path, QSize size) override
+    {
+        QThread::msleep(5);
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(QColor::fromHsv(int(qHash(path) % 360), 180, 200));
+        return image;
+    }
+};
+
+// Scrolling from top to bottom at 60 frames a second while a slow provider loads the rows' previews:
+// each frame is the scroll step, the previews that arrived and the paint. Reports the longest frame.
+void ScrollFrameWithPreviews(benchmark::State& state)
+{
+    const auto controller = shownWindow();
+    ThemeListViewController& list = *controller->listViewController();
+    list.setPreviewProvider(std::make_shared<SlowPreviews>());
+    controller->showThemeEntries(success(manyRows()));
+    settle(list);
+    QScrollBar* bar = list.themeTableView()->verticalScrollBar();
+    const int step = int(state.range(0));
+    qint64 frames = 0;
+    qint64 longest = 0;
+    QElapsedTimer frame;
+    frame.start();
+    QElapsedTimer betweenFrames;
+    for (auto _ : state) {
+        state.PauseTiming();
+        if (bar->value() >= bar->maximum()) {
+            bar->setValue(0);
+            QCoreApplication::processEvents();
+        }
+        // The rest of the 16.7 ms a frame has, in which previews keep arriving.
+        betweenFrames.start();
+        while (betweenFrames.nsecsElapsed() < 16'700'000 - frame.nsecsElapsed())
+            QThread::usleep(500);
+        state.ResumeTiming();
+        frame.start();
+        bar->setValue(bar->value() + step);
+        QCoreApplication::processEvents(); // new rows, the previews that came meanwhile, the paint
+        longest = std::max(longest, frame.nsecsElapsed());
+        ++frames;
+    }
+    list.previewLoader()->waitForIdle();
+    state.counters["longestFrameMs"] = double(longest) / 1e6;
+    state.counters["frames"] = double(frames);
+}
+BENCHMARK(ScrollFrameWithPreviews)->Arg(60)->Arg(400)->Unit(benchmark::kMicrosecond)->Iterations(1200);
 
 double residentMegabytes()
 {

@@ -8,6 +8,8 @@
 #include "Corvane/sources/LocalThemeFetcher.h"
 #include "Corvane/sources/RemoteThemeFetcher.h"
 #include "Corvane/sources/SynchronizedRepository.h"
+#include "Corvane/module/Dispatch.h"
+#include "Corvane/sources/ProgressThrottle.h"
 #include "Corvane/themes/FileManager.h"
 #include "Corvane/themes/ThemeDecoder.h"
 #include "Corvane/themes/ThemeReader.h"
@@ -43,8 +45,19 @@ std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& 
 
     // The two sides never share a reader or a decoder: each is used by one comparison thread at a time.
     const std::shared_ptr<FileManager> fileManager = FileManager::shared();
+    // The clone reports from the comparison's thread; the presenter hears of it on the main thread, a
+    // few times a second, in order. It is made below, so the report finds it through this slot.
+    auto progressReceiver = std::make_shared<std::weak_ptr<ThemeEntryPresenter>>();
+    SynchronizedRepository synchronizedRepository(configuration);
+    synchronizedRepository.reportProgressTo(
+        ProgressThrottle::wrap([progressReceiver](const SynchronizationProgress& progress) {
+            dispatchMain([presenter = *progressReceiver, progress] {
+                if (const auto receiver = presenter.lock())
+                    receiver->showSynchronizationProgress(progress);
+            });
+        }));
     auto remoteThemeFetcher = std::make_shared<RemoteThemeFetcher>(
-        SynchronizedRepository(configuration),
+        std::move(synchronizedRepository),
         std::make_shared<ThemeReader>(std::make_shared<ThemeDecoder>(), fileManager));
     auto localThemeFetcher = std::make_shared<LocalThemeFetcher>(
         configuration.installedThemeDirectory(),
@@ -55,6 +68,7 @@ std::unique_ptr<CorvaneWireframe> CorvaneWireframe::create(const Configuration& 
         std::move(themeDifferenceFinder), configuration.remoteThemeRepositoryURL());
 
     auto presenter = std::make_shared<ThemeEntryPresenter>(std::move(asyncThemeDifferenceFinder), windowController);
+    *progressReceiver = presenter;
     auto eventHandler = std::make_shared<ThemeEntryEventHandler>(configuration, presenter, fileManager);
 
     ThemeListViewController* list = windowController->listViewController();
@@ -101,6 +115,16 @@ bool CorvaneWireframe::isVisible() const
 {
     const QWidget* window = m_windowController->window();
     return window && window->isVisible();
+}
+
+} // namespace corvane
+
+namespace corvane {
+
+void CorvaneWireframe::setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider)
+{
+    if (ThemeListViewController* list = m_windowController->listViewController())
+        list->setPreviewProvider(std::move(provider));
 }
 
 } // namespace corvane

@@ -20,6 +20,7 @@ class ThemeCell;
 
 namespace corvane {
 
+class ThemePreviewView;
 class VersionLabel;
 
 // Who hears a row's Install/Update button: the list view controller.
@@ -48,6 +49,9 @@ public:
     ~ThemeCellView() override;
 
     void configure(const ThemeEntry& entry);
+    // The preview at the row's left, when the host provides previews: a null pixmap shows the
+    // placeholder. Hidden otherwise.
+    void showPreview(bool shown, const QPixmap& pixmap = {});
 
     // Held weakly; an object implementing ThemeCellViewDelegate.
     void setDelegate(QObject* delegate) { m_delegate = delegate; }
@@ -60,6 +64,7 @@ public:
     QLabel* authorsLabel() const;
     VersionLabel* versionLabel() const;
     QPushButton* updateButton() const;
+    ThemePreviewView* previewView() const { return m_preview; }
 
 public slots:
     // The button's action: hands the row's copy command to the delegate.
@@ -74,6 +79,7 @@ private:
     std::unique_ptr<Ui::ThemeCell> m_ui;
     QPointer<QObject> m_delegate;
     std::optional<CopyCommand> m_copyCommand;
+    ThemePreviewView* m_preview;
 };
 
 } // namespace corvane

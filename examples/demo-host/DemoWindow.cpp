@@ -2,6 +2,7 @@
 #include "DemoWindow.h"
 
 #include "InstalledThemes.h"
+#include "ThemeSwatches.h"
 
 #include <QDir>
 #include <QFrame>
@@ -142,6 +143,7 @@ void DemoWindow::showThemeUpdates()
         // follows every install.
         m_updater = m_module.corvane(this, &m_settings);
         connect(m_updater.get(), &corvane::UpdatesThemes::themesInstalled, this, &DemoWindow::reloadInstalledThemes);
+        m_updater->setPreviewProvider(std::make_shared<ThemeSwatches>());
     }
     m_updater->show();
     m_notice->hide();
