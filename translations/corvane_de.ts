@@ -377,5 +377,17 @@
         <source>The certificate of %@ was refused by the application.</source>
         <translation>Das Zertifikat von %@ wurde von der Anwendung abgelehnt.</translation>
     </message>
+    <message id="corvane.sync.receiving">
+        <source>Receiving objects: %@ of %@ (%@)…</source>
+        <translation>Empfange Objekte: %@ von %@ (%@) …</translation>
+    </message>
+    <message id="corvane.sync.resolving">
+        <source>Resolving changes: %@ of %@…</source>
+        <translation>Löse Änderungen auf: %@ von %@ …</translation>
+    </message>
+    <message id="corvane.sync.checking-out">
+        <source>Checking out files: %@ of %@…</source>
+        <translation>Schreibe Dateien: %@ von %@ …</translation>
+    </message>
 </context>
 </TS>
