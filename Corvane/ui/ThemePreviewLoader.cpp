@@ -5,6 +5,8 @@
 
 #include <QImage>
 #include <QMetaObject>
+#include <QPainter>
+#include <QPainterPath>
 #include <QSet>
 #include <QThreadPool>
 
@@ -24,6 +26,29 @@ struct ThemePreviewLoader::Shared {
     QSet<QString> running;
     ThemePreviewLoader* receiver = nullptr; // cleared when the loader goes
 };
+
+namespace {
+
+// Scaled to fit and with rounded corners, on the worker: all the main thread does then is draw it.
+QImage finished(const QImage& image, QSize size)
+{
+    if (image.isNull())
+        return {};
+    const QImage fitted = image.width() > size.width() || image.height() > size.height()
+        ? image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+        : image;
+    QImage rounded(fitted.size(), QImage::Format_ARGB32_Premultiplied);
+    rounded.fill(Qt::transparent);
+    QPainter painter(&rounded);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(rounded.rect()), ThemePreviewLoader::cornerRadius, ThemePreviewLoader::cornerRadius);
+    painter.setClipPath(outline);
+    painter.drawImage(0, 0, fitted);
+    return rounded;
+}
+
+} // namespace
 
 ThemePreviewLoader::ThemePreviewLoader(std::shared_ptr<ProvidesThemePreviews> provider, QSize size, QObject* parent)
     : QObject(parent), m_shared(std::make_shared<Shared>()), m_pool(std::make_unique<QThreadPool>())
@@ -70,7 +95,7 @@ void ThemePreviewLoader::want(const QStringList& paths)
                     return;
                 shared->running.insert(path);
             }
-            const QImage image = shared->provider->previewForThemeFile(path, shared->size);
+            const QImage image = finished(shared->provider->previewForThemeFile(path, shared->size), shared->size);
             const std::lock_guard guard(shared->mutex);
             shared->running.remove(path);
             // Posted while the loader is known to live; a loader deleted later drops the event.
@@ -84,14 +109,7 @@ void ThemePreviewLoader::want(const QStringList& paths)
 
 void ThemePreviewLoader::arrived(const QString& path, const QImage& image)
 {
-    QPixmap pixmap;
-    if (!image.isNull()) {
-        const QImage fitted = image.size().width() > m_shared->size.width() || image.size().height() > m_shared->size.height()
-            ? image.scaled(m_shared->size, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-            : image;
-        pixmap = QPixmap::fromImage(fitted);
-    }
-    m_cache.insert(path, new QPixmap(std::move(pixmap)));
+    m_cache.insert(path, new QPixmap(image.isNull() ? QPixmap() : QPixmap::fromImage(image)));
     emit previewReady(path);
 }
 

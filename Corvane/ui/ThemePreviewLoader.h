@@ -24,6 +24,8 @@ class ThemePreviewLoader : public QObject {
 public:
     // Enough for several screenfuls in each direction; a preview is a few kilobytes.
     static constexpr int cachedPreviews = 600;
+    // The previews arrive with their corners rounded to this radius.
+    static constexpr qreal cornerRadius = 4;
 
     ThemePreviewLoader(std::shared_ptr<ProvidesThemePreviews> provider, QSize size, QObject* parent = nullptr);
     // Waits for the provider calls under way; queued ones are dropped.

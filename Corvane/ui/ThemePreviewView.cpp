@@ -2,7 +2,6 @@
 #include "Corvane/ui/ThemePreviewView.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace corvane {
 
@@ -23,26 +22,19 @@ void ThemePreviewView::setPreview(const QPixmap& pixmap)
 void ThemePreviewView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    // The loader hands the picture over fitted and rounded: it is drawn as it is, centred.
+    if (!m_pixmap.isNull()) {
+        const QSize shown = m_pixmap.deviceIndependentSize().toSize();
+        painter.drawPixmap((width() - shown.width()) / 2, (height() - shown.height()) / 2, m_pixmap);
+    }
     painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath outline;
-    outline.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     QColor edge = palette().color(QPalette::Text);
     edge.setAlpha(60);
-    if (m_pixmap.isNull()) {
-        QColor fill = edge;
-        fill.setAlpha(22);
-        painter.fillPath(outline, fill);
-    } else {
-        painter.save();
-        painter.setClipPath(outline);
-        const QSize shown = m_pixmap.deviceIndependentSize().toSize().scaled(size(), Qt::KeepAspectRatio);
-        const QRect target(QPoint((width() - shown.width()) / 2, (height() - shown.height()) / 2), shown);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, m_pixmap);
-        painter.restore();
-    }
+    QColor fill = edge;
+    fill.setAlpha(m_pixmap.isNull() ? 22 : 0);
     painter.setPen(edge);
-    painter.drawPath(outline);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
 }
 
 } // namespace corvane
