@@ -50,6 +50,13 @@ void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
 
 void LoadingViewController::showSynchronizationProgress(const SynchronizationProgress& progress)
 {
+    // The clone is up to date: what remains is reading and comparing the themes, of unknown length.
+    if (progress.stage == SynchronizationProgress::Stage::checkingOut && progress.isComplete()) {
+        m_showingProgress = false;
+        showCheckingMessage();
+        setIndicatorRunning(true);
+        return;
+    }
     showDeterminate(progress.done, progress.total, progress.text());
 }
 

@@ -30,7 +30,8 @@ public:
     // first when the overlay is not up; the next show() goes back to the running indicator.
     void showProgress(qsizetype installed, qsizetype total);
     // The clone's synchronisation while the list loads: the indicator fills for each stage in turn and
-    // the text names the stage ("Checking out files: 500 of 10,000…").
+    // the text names the stage ("Checking out files: 500 of 10,000…"). Once every file is checked out,
+    // back to the running indicator while the themes are compared.
     void showSynchronizationProgress(const SynchronizationProgress& progress);
 
     QString message() const;

@@ -11,19 +11,22 @@
 #include <QThreadPool>
 
 #include <algorithm>
+#include <deque>
 #include <mutex>
 
 namespace corvane {
 
-// What the workers and the loader share: the provider, the files wanted now, and those queued or
-// being loaded, so a file is never asked for twice at once.
+// What the workers and the loader share: the provider, the files still to load (rows on screen, top
+// first) and those being loaded. A few workers drain the queue; the loader replaces it as the rows move,
+// so a worker is woken only when the queue had none left.
 struct ThemePreviewLoader::Shared {
     std::shared_ptr<ProvidesThemePreviews> provider;
     QSize size;
+    int maximumWorkers = 1;
     std::mutex mutex;
-    QSet<QString> wanted;
-    QSet<QString> queued;
+    std::deque<QString> queue;
     QSet<QString> running;
+    int workers = 0;
     ThemePreviewLoader* receiver = nullptr; // cleared when the loader goes
 };
 
@@ -57,7 +60,8 @@ ThemePreviewLoader::ThemePreviewLoader(std::shared_ptr<ProvidesThemePreviews> pr
     m_shared->size = size;
     m_shared->receiver = this;
     // Two workers keep a slow provider from holding the screen up without crowding out the host.
-    m_pool->setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 1, 2));
+    m_shared->maximumWorkers = std::clamp(QThread::idealThreadCount(), 1, 2);
+    m_pool->setMaxThreadCount(m_shared->maximumWorkers);
 }
 
 ThemePreviewLoader::~ThemePreviewLoader()
@@ -65,46 +69,47 @@ ThemePreviewLoader::~ThemePreviewLoader()
     {
         const std::lock_guard guard(m_shared->mutex);
         m_shared->receiver = nullptr;
-        m_shared->wanted.clear();
+        m_shared->queue.clear();
     }
-    m_pool->clear();
     m_pool->waitForDone();
 }
 
 void ThemePreviewLoader::want(const QStringList& paths)
 {
-    m_pool->clear();
-    QStringList toLoad;
+    int toStart = 0;
     {
         const std::lock_guard guard(m_shared->mutex);
-        m_shared->wanted = QSet<QString>(paths.cbegin(), paths.cend());
-        m_shared->queued.clear();
+        m_shared->queue.clear();
         for (const QString& path : paths) {
-            if (m_cache.contains(path) || m_shared->running.contains(path) || m_shared->queued.contains(path))
-                continue;
-            m_shared->queued.insert(path);
-            toLoad.append(path);
+            if (!m_cache.contains(path) && !m_shared->running.contains(path))
+                m_shared->queue.push_back(path);
         }
+        const int wanted = int(std::min<size_t>(m_shared->queue.size(), size_t(m_shared->maximumWorkers)));
+        toStart = std::max(0, wanted - m_shared->workers);
+        m_shared->workers += toStart;
     }
-    for (const QString& path : std::as_const(toLoad)) {
-        m_pool->start([shared = m_shared, path] {
-            {
-                const std::lock_guard guard(shared->mutex);
-                // Dropped from the queue or scrolled away meanwhile.
-                if (!shared->queued.remove(path) || !shared->wanted.contains(path))
-                    return;
-                shared->running.insert(path);
-            }
-            const QImage image = finished(shared->provider->previewForThemeFile(path, shared->size), shared->size);
-            const std::lock_guard guard(shared->mutex);
-            shared->running.remove(path);
-            // Posted while the loader is known to live; a loader deleted later drops the event.
-            if (shared->receiver)
-                QMetaObject::invokeMethod(shared->receiver, [receiver = shared->receiver, path, image] {
-                    receiver->arrived(path, image);
-                }, Qt::QueuedConnection);
-        });
+    for (int worker = 0; worker < toStart; ++worker)
+        m_pool->start([shared = m_shared] { drain(*shared); });
+}
+
+void ThemePreviewLoader::drain(Shared& shared)
+{
+    std::unique_lock guard(shared.mutex);
+    while (!shared.queue.empty()) {
+        const QString path = std::move(shared.queue.front());
+        shared.queue.pop_front();
+        shared.running.insert(path);
+        guard.unlock();
+        const QImage image = finished(shared.provider->previewForThemeFile(path, shared.size), shared.size);
+        guard.lock();
+        shared.running.remove(path);
+        // Posted while the loader is known to live; a loader deleted later drops the event.
+        if (shared.receiver)
+            QMetaObject::invokeMethod(shared.receiver, [receiver = shared.receiver, path, image] {
+                receiver->arrived(path, image);
+            }, Qt::QueuedConnection);
     }
+    --shared.workers;
 }
 
 void ThemePreviewLoader::arrived(const QString& path, const QImage& image)

@@ -17,7 +17,7 @@ class ProvidesThemePreviews;
 
 // Loads the previews of the rows on screen through the host's provider, on a small pool of worker
 // threads, and keeps the latest ones. A row that scrolls away before its turn is never asked for:
-// each want() drops what is queued for rows no longer wanted. Main thread only.
+// each want() replaces what is queued with the rows wanted now. Main thread only.
 class ThemePreviewLoader : public QObject {
     Q_OBJECT
 
@@ -50,6 +50,8 @@ private:
     struct Shared;
 
     void arrived(const QString& path, const QImage& image);
+    // A worker: loads the queued files, one after the other, until none is left.
+    static void drain(Shared& shared);
 
     std::shared_ptr<Shared> m_shared;
     std::unique_ptr<QThreadPool> m_pool;
