@@ -33,8 +33,6 @@ public:
         m_changed.wait(guard, [this] { return m_open; });
         guard.unlock();
         QThread::msleep(5);
-        if (path.endsWith(QStringLiteral("none.theme.json")))
-            return {};
         QImage image(size, QImage::Format_RGB32);
         image.fill(colourOf(path));
         return image;
@@ -48,7 +46,6 @@ public:
         m_open = true;
         m_changed.notify_all();
     }
-    // Waits until the workers are all held at the gate.
     void waitForAsked(qsizetype count)
     {
         std::unique_lock guard(m_mutex);
@@ -152,23 +149,6 @@ private slots:
             QTRY_COMPARE(shownColour(list, row), GatedProvider::colourOf(pathOfRow(row)));
         list.previewLoader()->waitForIdle();
         QCOMPARE(provider->asked().size(), asked.size() + firstScreen.size() - workers);
-    }
-
-    void withoutAProviderRowsShowNoPreview()
-    {
-        ThemeListViewController list;
-        list.resize(580, 460);
-        list.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&list));
-        list.tableViewModel().setEntries(entries(20));
-        auto provider = std::make_shared<GatedProvider>();
-        provider->open();
-        list.setPreviewProvider(provider);
-        list.setPreviewProvider(nullptr);
-        list.themeTableView()->layoutNow();
-        QVERIFY(!list.themeTableView()->rowsWithCells().isEmpty());
-        for (const int row : list.themeTableView()->rowsWithCells())
-            QVERIFY(previewOfRow(list, row)->isHidden());
     }
 };
 
