@@ -117,10 +117,6 @@ bool CorvaneWireframe::isVisible() const
     return window && window->isVisible();
 }
 
-} // namespace corvane
-
-namespace corvane {
-
 void CorvaneWireframe::setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider)
 {
     if (ThemeListViewController* list = m_windowController->listViewController())
