@@ -3,6 +3,8 @@
 
 #include "Corvane/sources/ProgressThrottle.h"
 
+#include <atomic>
+
 #include <unistd.h>
 
 namespace corvane::cli {
@@ -13,29 +15,43 @@ constexpr char clearLine[] = "\r\x1b[K";
 
 } // namespace
 
-TerminalProgress::TerminalProgress(std::FILE* stream) : m_stream(stream), m_isTerminal(isatty(fileno(stream)) == 1) {}
+struct TerminalProgress::Line {
+    std::FILE* stream;
+    bool isTerminal;
+    std::atomic<bool> written{false};
+
+    void write(const SynchronizationProgress& progress)
+    {
+        const QByteArray text = clearLine + progress.text().toUtf8();
+        std::fwrite(text.constData(), 1, size_t(text.size()), stream);
+        std::fflush(stream);
+        written = true;
+    }
+};
+
+TerminalProgress::TerminalProgress(std::FILE* stream)
+    : m_line(std::make_shared<Line>(stream, isatty(fileno(stream)) == 1))
+{
+}
 
 TerminalProgress::~TerminalProgress()
 {
-    if (!m_written)
+    finish();
+}
+
+void TerminalProgress::finish()
+{
+    if (!m_line->written.exchange(false))
         return;
-    std::fputs(clearLine, m_stream);
-    std::fflush(m_stream);
+    std::fputs(clearLine, m_line->stream);
+    std::fflush(m_line->stream);
 }
 
 ReportsSynchronizationProgress TerminalProgress::reporter()
 {
-    if (!m_isTerminal)
+    if (!m_line->isTerminal)
         return {};
-    return ProgressThrottle::wrap([this](const SynchronizationProgress& progress) { write(progress); });
-}
-
-void TerminalProgress::write(const SynchronizationProgress& progress)
-{
-    const QByteArray line = clearLine + progress.text().toUtf8();
-    std::fwrite(line.constData(), 1, size_t(line.size()), m_stream);
-    std::fflush(m_stream);
-    m_written = true;
+    return ProgressThrottle::wrap([line = m_line](const SynchronizationProgress& progress) { line->write(progress); });
 }
 
 } // namespace corvane::cli

@@ -19,15 +19,16 @@ public:
     TerminalProgress(const TerminalProgress&) = delete;
     TerminalProgress& operator=(const TerminalProgress&) = delete;
 
-    // Empty when the stream is not a terminal. Valid while this object lives.
+    // Empty when the stream is not a terminal. May be called on another thread, and outlive this object
+    // (a check given up on): what it writes after the line was wiped is the process's last output.
     ReportsSynchronizationProgress reporter();
+    // Wipes the line, if anything was written, before the command prints what it found.
+    void finish();
 
 private:
-    void write(const SynchronizationProgress& progress);
+    struct Line;
 
-    std::FILE* m_stream;
-    bool m_isTerminal;
-    bool m_written = false;
+    std::shared_ptr<Line> m_line;
 };
 
 } // namespace corvane::cli
