@@ -441,5 +441,17 @@
         <source>Updates (%@)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.sync.receiving">
+        <source>Receiving objects: %@ of %@ (%@)…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.sync.resolving">
+        <source>Resolving changes: %@ of %@…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.sync.checking-out">
+        <source>Checking out files: %@ of %@…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -441,5 +441,17 @@
         <source>Updates (%@)</source>
         <translation>Aktualisierungen (%@)</translation>
     </message>
+    <message id="corvane.sync.receiving">
+        <source>Receiving objects: %@ of %@ (%@)…</source>
+        <translation>Empfange Objekte: %@ von %@ (%@) …</translation>
+    </message>
+    <message id="corvane.sync.resolving">
+        <source>Resolving changes: %@ of %@…</source>
+        <translation>Löse Änderungen auf: %@ von %@ …</translation>
+    </message>
+    <message id="corvane.sync.checking-out">
+        <source>Checking out files: %@ of %@…</source>
+        <translation>Schreibe Dateien: %@ von %@ …</translation>
+    </message>
 </context>
 </TS>

@@ -41,6 +41,27 @@ QString LoadingViewController::message() const
 
 void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
 {
+    // Counts in the user's locale: "2,000" in English, "2.000" in German.
+    const QLocale locale;
+    //% "Updating %@ of %@…"
+    const QString format = localizedString(QT_TRID_NOOP("corvane.loading.install-progress"), "Updating %@ of %@…");
+    showDeterminate(installed, total, fillPlaceholders(format, {locale.toString(installed), locale.toString(total)}));
+}
+
+void LoadingViewController::showSynchronizationProgress(const SynchronizationProgress& progress)
+{
+    // The clone is up to date: what remains is reading and comparing the themes, of unknown length.
+    if (progress.stage == SynchronizationProgress::Stage::checkingOut && progress.isComplete()) {
+        m_showingProgress = false;
+        showCheckingMessage();
+        setIndicatorRunning(true);
+        return;
+    }
+    showDeterminate(progress.done, progress.total, progress.text());
+}
+
+void LoadingViewController::showDeterminate(qsizetype done, qsizetype total, const QString& text)
+{
     m_showingProgress = true;
     m_indicatorRunning = true;
     m_ui->loadingIndicator->setVisible(true);
@@ -48,13 +69,9 @@ void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
         setHidden(false);
         fadeTo(1.0, fadeInDuration);
     }
-    // Counts in the user's locale: "2,000" in English, "2.000" in German.
-    const QLocale locale;
     m_ui->loadingIndicator->setRange(0, int(total));
-    m_ui->loadingIndicator->setValue(int(installed));
-    //% "Updating %@ of %@…"
-    const QString format = localizedString(QT_TRID_NOOP("corvane.loading.install-progress"), "Updating %@ of %@…");
-    m_ui->messageLabel->setText(fillPlaceholders(format, {locale.toString(installed), locale.toString(total)}));
+    m_ui->loadingIndicator->setValue(int(done));
+    m_ui->messageLabel->setText(text);
 }
 
 void LoadingViewController::show()
