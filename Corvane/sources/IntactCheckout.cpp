@@ -4,11 +4,14 @@
 #include "Corvane/sources/CommitTree.h"
 #include "Corvane/sources/GitHandles.h"
 #include "Corvane/sources/GitLibrary.h"
+#include "Corvane/sources/IndexStatusScan.h"
+#include "Corvane/sources/TrackedFileStatus.h"
 #include "Corvane/themes/Descriptor.h"
 
 #include <QByteArray>
 
 #include <algorithm>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -21,36 +24,10 @@ namespace {
 using IndexHandle = GitHandle<git_index, git_index_free>;
 using DiffHandle = GitHandle<git_diff, git_diff_free>;
 
-enum class FileState { same, changed, racy };
-
-bool sameTime(const git_index_time& recorded, const struct timespec& actual)
+RecordedFileStatus recordedStatus(const git_index_entry& entry)
 {
-    return recorded.seconds == int32_t(actual.tv_sec) && recorded.nanoseconds == uint32_t(actual.tv_nsec);
-}
-
-bool notBefore(const git_index_time& time, const struct timespec& than)
-{
-    return int64_t(time.seconds) > int64_t(than.tv_sec)
-        || (int64_t(time.seconds) == int64_t(than.tv_sec) && time.nanoseconds >= uint32_t(than.tv_nsec));
-}
-
-// One tracked file against what the index recorded of it when it was last written. The index keeps
-// sizes and inodes in 32 bits, so only those bits are compared.
-FileState compare(int workdir, const git_index_entry& entry, const struct timespec& indexWritten)
-{
-    // Links are checked out as plain files here, and nested repositories are not ours: rather check out.
-    if (entry.mode != GIT_FILEMODE_BLOB && entry.mode != GIT_FILEMODE_BLOB_EXECUTABLE)
-        return FileState::changed;
-    struct stat status {};
-    if (::fstatat(workdir, entry.path, &status, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(status.st_mode))
-        return FileState::changed;
-    const bool executable = (status.st_mode & S_IXUSR) != 0;
-    if (executable != (entry.mode == GIT_FILEMODE_BLOB_EXECUTABLE) || entry.file_size != uint32_t(status.st_size)
-        || entry.ino != uint32_t(status.st_ino) || !sameTime(entry.mtime, status.st_mtim)
-        || !sameTime(entry.ctime, status.st_ctim))
-        return FileState::changed;
-    // Changed in the same tick as the index was written: same status, possibly other bytes.
-    return notBefore(entry.mtime, indexWritten) ? FileState::racy : FileState::same;
+    return {entry.mode,          entry.file_size,      entry.ino,           entry.mtime.seconds,
+            entry.mtime.nanoseconds, entry.ctime.seconds, entry.ctime.nanoseconds};
 }
 
 struct Comparison {
@@ -63,13 +40,13 @@ Comparison compareAll(int workdir, const std::vector<const git_index_entry*>& en
 {
     const auto compareRange = [&](std::size_t begin, std::size_t end, Comparison& out) {
         for (std::size_t index = begin; index < end; ++index) {
-            switch (compare(workdir, *entries[index], indexWritten)) {
-            case FileState::same:
+            switch (compareTrackedFile(workdir, entries[index]->path, recordedStatus(*entries[index]), indexWritten)) {
+            case TrackedFileState::same:
                 break;
-            case FileState::racy:
+            case TrackedFileState::racy:
                 out.racy.push_back(entries[index]);
                 break;
-            case FileState::changed:
+            case TrackedFileState::changed:
                 out.changed.push_back(entries[index]);
                 break;
             }
@@ -154,9 +131,41 @@ Result<bool, GitError> indexHoldsTree(git_repository* repository, git_index* ind
     return git_diff_num_deltas(DiffHandle(rawDiff).get()) == 0;
 }
 
+bool sameFile(const struct stat& one, const struct stat& other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino && one.st_size == other.st_size
+        && one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec
+        && one.st_ctim.tv_sec == other.st_ctim.tv_sec && one.st_ctim.tv_nsec == other.st_ctim.tv_nsec;
+}
+
+// The scan's findings as entries of the index libgit2 read, if both read the same file of the same
+// working tree; otherwise nothing, and the files are compared anew.
+std::optional<Comparison> scanned(IndexStatusScan* scan, git_index* index, const char* workdirPath,
+                                  const struct stat& indexBefore, const QByteArray& indexPath)
+{
+    if (!scan)
+        return std::nullopt;
+    std::optional<IndexStatusScan::Outcome> outcome = scan->finish();
+    struct stat indexAfter {};
+    if (!outcome || scan->workdir() + '/' != QByteArray(workdirPath) || !sameFile(outcome->index, indexBefore)
+        || ::stat(indexPath.constData(), &indexAfter) != 0 || !sameFile(indexAfter, indexBefore)
+        || outcome->entryCount != git_index_entrycount(index))
+        return std::nullopt;
+    Comparison comparison;
+    for (auto [paths, found] : {std::pair{&outcome->changed, &comparison.changed}, {&outcome->racy, &comparison.racy}}) {
+        for (const QByteArray& path : *paths) {
+            const git_index_entry* entry = git_index_get_bypath(index, path.constData(), 0);
+            if (!entry)
+                return std::nullopt;
+            found->push_back(entry);
+        }
+    }
+    return comparison;
+}
+
 } // namespace
 
-Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const git_oid& commitId)
+Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const git_oid& commitId, IndexStatusScan* scan)
 {
     const char* workdirPath = git_repository_workdir(repository);
     if (!workdirPath)
@@ -179,15 +188,19 @@ Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const g
     if (auto holdsTree = indexHoldsTree(repository, index.get(), commitId); !holdsTree || !*holdsTree)
         return holdsTree;
 
-    const Descriptor workdir(::open(workdirPath, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (workdir.get() < 0)
-        return false;
-    std::vector<const git_index_entry*> entries;
-    const std::size_t count = git_index_entrycount(index.get());
-    entries.reserve(count);
-    for (std::size_t position = 0; position < count; ++position)
-        entries.push_back(git_index_get_byindex(index.get(), position));
-    Comparison comparison = compareAll(workdir.get(), entries, indexStatus.st_mtim);
+    std::optional<Comparison> found = scanned(scan, index.get(), workdirPath, indexStatus, indexPath);
+    if (!found) {
+        const Descriptor workdir(::open(workdirPath, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (workdir.get() < 0)
+            return false;
+        std::vector<const git_index_entry*> entries;
+        const std::size_t count = git_index_entrycount(index.get());
+        entries.reserve(count);
+        for (std::size_t position = 0; position < count; ++position)
+            entries.push_back(git_index_get_byindex(index.get(), position));
+        found = compareAll(workdir.get(), entries, indexStatus.st_mtim);
+    }
+    Comparison& comparison = *found;
     for (const git_index_entry* entry : comparison.racy) {
         if (!contentMatches(repository, workdirPath, *entry))
             comparison.changed.push_back(entry);
