@@ -72,10 +72,10 @@ bool IndexStatusScan::readIndex()
         return false;
     // Non-blocking and not through a link: a pipe or device in its place must not hold this thread.
     const Descriptor file(::openat(m_workdirDescriptor, ".git/index", O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-    if (file.get() < 0 || ::fstat(file.get(), &m_indexStatus) != 0 || !S_ISREG(m_indexStatus.st_mode)
-        || m_indexStatus.st_size < off_t(headerSize + checksumSize) || m_indexStatus.st_size > largestIndex)
+    if (file.get() < 0 || ::fstat(file.get(), &m_outcome.index) != 0 || !S_ISREG(m_outcome.index.st_mode)
+        || m_outcome.index.st_size < off_t(headerSize + checksumSize) || m_outcome.index.st_size > largestIndex)
         return false;
-    m_bytes.resize(qsizetype(m_indexStatus.st_size));
+    m_bytes.resize(qsizetype(m_outcome.index.st_size));
     std::size_t filled = 0;
     while (filled < std::size_t(m_bytes.size())) {
         const ssize_t got = ::read(file.get(), m_bytes.data() + filled, std::size_t(m_bytes.size()) - filled);
@@ -91,7 +91,7 @@ bool IndexStatusScan::readIndex()
     const std::size_t end = std::size_t(m_bytes.size()) - checksumSize;
     if (count > end / fixedEntrySize)
         return false;
-    m_entries.reserve(count);
+    m_outcome.entries.reserve(count);
     std::size_t offset = headerSize;
     for (std::size_t position = 0; position < count; ++position) {
         if (end - offset < fixedEntrySize)
@@ -127,7 +127,8 @@ bool IndexStatusScan::readIndex()
         recorded.inode = bigEndian32(record + 20);
         recorded.mode = bigEndian32(record + 24);
         recorded.size = bigEndian32(record + 36);
-        m_entries.push_back({recorded, path});
+        const auto* id = reinterpret_cast<const unsigned char*>(record + 40);
+        m_outcome.entries.push_back({recorded, path, id, uint16_t((flags >> 12) & 3)});
         offset += entrySize;
     }
     return true;
@@ -135,12 +136,12 @@ bool IndexStatusScan::readIndex()
 
 void IndexStatusScan::compareBatches(Findings& findings)
 {
-    const std::size_t batches = (m_entries.size() + batchSize - 1) / batchSize;
+    const std::size_t batches = (m_outcome.entries.size() + batchSize - 1) / batchSize;
     for (std::size_t batch = m_nextBatch++; batch < batches && !m_stopped; batch = m_nextBatch++) {
-        const std::size_t last = std::min(m_entries.size(), (batch + 1) * batchSize);
+        const std::size_t last = std::min(m_outcome.entries.size(), (batch + 1) * batchSize);
         for (std::size_t position = batch * batchSize; position < last; ++position) {
-            const Entry& entry = m_entries[position];
-            switch (compareTrackedFile(m_workdirDescriptor, entry.path, entry.recorded, m_indexStatus.st_mtim)) {
+            const Entry& entry = m_outcome.entries[position];
+            switch (compareTrackedFile(m_workdirDescriptor, entry.path, entry.recorded, m_outcome.index.st_mtim)) {
             case TrackedFileState::same:
                 break;
             case TrackedFileState::changed:
@@ -154,26 +155,21 @@ void IndexStatusScan::compareBatches(Findings& findings)
     }
 }
 
-std::optional<IndexStatusScan::Outcome> IndexStatusScan::finish()
+const IndexStatusScan::Outcome* IndexStatusScan::finish()
 {
-    m_read.wait();
-    if (!m_readable) {
+    if (!m_finished) {
+        m_finished = true;
+        m_read.wait();
+        Findings findings;
+        if (m_readable)
+            compareBatches(findings);
         m_thread.join();
-        return std::nullopt;
+        for (const Findings* part : {&m_findings, &findings}) {
+            m_outcome.changed.insert(m_outcome.changed.end(), part->changed.begin(), part->changed.end());
+            m_outcome.racy.insert(m_outcome.racy.end(), part->racy.begin(), part->racy.end());
+        }
     }
-    Findings findings;
-    compareBatches(findings);
-    m_thread.join();
-    Outcome outcome;
-    outcome.index = m_indexStatus;
-    outcome.entryCount = m_entries.size();
-    for (const Findings* part : {&m_findings, &findings}) {
-        for (std::size_t position : part->changed)
-            outcome.changed.emplace_back(m_entries[position].path);
-        for (std::size_t position : part->racy)
-            outcome.racy.emplace_back(m_entries[position].path);
-    }
-    return outcome;
+    return m_readable ? &m_outcome : nullptr;
 }
 
 } // namespace corvane

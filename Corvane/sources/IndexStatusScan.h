@@ -24,11 +24,17 @@ namespace corvane {
 // short file) gives no outcome, and the caller compares the usual way.
 class IndexStatusScan {
 public:
+    struct Entry {
+        RecordedFileStatus recorded;
+        const char* path; // relative to the working tree
+        const unsigned char* id; // the 20 bytes of the content's id
+        uint16_t stage;
+    };
     struct Outcome {
         struct stat index {}; // the index file as it was read
-        std::size_t entryCount = 0;
-        std::vector<QByteArray> changed; // paths relative to the working tree
-        std::vector<QByteArray> racy;
+        std::vector<Entry> entries; // in the index's order
+        std::vector<std::size_t> changed; // positions in entries
+        std::vector<std::size_t> racy;
     };
 
     // The working tree's directory, without a trailing slash; its index is ".git/index" below it.
@@ -38,14 +44,11 @@ public:
     ~IndexStatusScan(); // stops at the next batch of files
 
     const QByteArray& workdir() const { return m_workdir; }
-    // Compares what is left on the calling thread as well, and waits for the rest. Once only.
-    std::optional<Outcome> finish();
+    // Compares what is left on the calling thread as well, and waits for the rest; nothing if the
+    // index could not be read. Valid as long as the scan.
+    const Outcome* finish();
 
 private:
-    struct Entry {
-        RecordedFileStatus recorded;
-        const char* path;
-    };
     struct Findings {
         std::vector<std::size_t> changed;
         std::vector<std::size_t> racy;
@@ -58,8 +61,8 @@ private:
     QByteArray m_workdir;
     int m_workdirDescriptor = -1;
     QByteArray m_bytes;
-    struct stat m_indexStatus {};
-    std::vector<Entry> m_entries;
+    Outcome m_outcome;
+    bool m_finished = false;
     bool m_readable = false;
     std::latch m_read{1};
     std::atomic<std::size_t> m_nextBatch{0};

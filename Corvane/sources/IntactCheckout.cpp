@@ -11,6 +11,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -138,23 +139,113 @@ bool sameFile(const struct stat& one, const struct stat& other)
         && one.st_ctim.tv_sec == other.st_ctim.tv_sec && one.st_ctim.tv_nsec == other.st_ctim.tv_nsec;
 }
 
-// The scan's findings as entries of the index libgit2 read, if both read the same file of the same
-// working tree; otherwise nothing, and the files are compared anew.
-std::optional<Comparison> scanned(IndexStatusScan* scan, git_index* index, const char* workdirPath,
-                                  const struct stat& indexBefore, const QByteArray& indexPath)
+// The scan's outcome if it read the index file that is there now, in the same working tree.
+const IndexStatusScan::Outcome* currentOutcome(IndexStatusScan* scan, const char* workdirPath, const QByteArray& indexPath)
 {
-    if (!scan)
-        return std::nullopt;
-    std::optional<IndexStatusScan::Outcome> outcome = scan->finish();
-    struct stat indexAfter {};
-    if (!outcome || scan->workdir() + '/' != QByteArray(workdirPath) || !sameFile(outcome->index, indexBefore)
-        || ::stat(indexPath.constData(), &indexAfter) != 0 || !sameFile(indexAfter, indexBefore)
-        || outcome->entryCount != git_index_entrycount(index))
+    if (!scan || scan->workdir() + '/' != QByteArray(workdirPath))
+        return nullptr;
+    const IndexStatusScan::Outcome* outcome = scan->finish();
+    struct stat now {};
+    if (!outcome || ::stat(indexPath.constData(), &now) != 0 || !sameFile(now, outcome->index))
+        return nullptr;
+    return outcome;
+}
+
+// Walks a tree depth first, in the order the index lists paths, and matches each file against the
+// next entry of the index.
+class TreeAgainstIndex {
+public:
+    TreeAgainstIndex(git_repository* repository, const std::vector<IndexStatusScan::Entry>& entries)
+        : m_repository(repository), m_entries(entries)
+    {
+    }
+
+    bool matches(const git_tree* tree)
+    {
+        QByteArray prefix;
+        return matches(tree, prefix) && m_next == m_entries.size();
+    }
+
+private:
+    bool matches(const git_tree* tree, QByteArray& prefix)
+    {
+        const std::size_t count = git_tree_entrycount(tree);
+        for (std::size_t position = 0; position < count; ++position) {
+            const git_tree_entry* item = git_tree_entry_byindex(tree, position);
+            const qsizetype prefixLength = prefix.size();
+            prefix += git_tree_entry_name(item);
+            bool same;
+            if (git_tree_entry_type(item) == GIT_OBJECT_TREE) {
+                git_tree* rawSubtree = nullptr;
+                if (git_tree_lookup(&rawSubtree, m_repository, git_tree_entry_id(item)) < 0) {
+                    git_error_clear();
+                    return false;
+                }
+                const TreeHandle subtree(rawSubtree);
+                prefix += '/';
+                same = matches(subtree.get(), prefix);
+            } else {
+                same = matchesNextEntry(item, prefix);
+            }
+            if (!same)
+                return false;
+            prefix.truncate(prefixLength);
+        }
+        return true;
+    }
+
+    bool matchesNextEntry(const git_tree_entry* item, const QByteArray& path)
+    {
+        if (m_next == m_entries.size())
+            return false;
+        const IndexStatusScan::Entry& entry = m_entries[m_next++];
+        return entry.stage == 0 && entry.recorded.mode == uint32_t(git_tree_entry_filemode(item))
+            && std::memcmp(entry.id, git_tree_entry_id(item)->id, GIT_OID_RAWSZ) == 0 && path == entry.path;
+    }
+
+    git_repository* m_repository;
+    const std::vector<IndexStatusScan::Entry>& m_entries;
+    std::size_t m_next = 0;
+};
+
+// The common case answered without libgit2's index, whose reading (checksum, an allocation per entry)
+// and comparison with the tree cost more than everything else that is left: the scan found every
+// file as recorded, and the index it read lists exactly the commit's tree. Anything else is left to
+// the full comparison.
+bool intactByScan(git_repository* repository, const git_oid& commitId, const IndexStatusScan::Outcome& outcome,
+                  const char* workdirPath)
+{
+    if (!outcome.changed.empty())
+        return false;
+    auto looked = commitTree(repository, commitId);
+    if (!looked) // the full comparison looks it up again and reports the failure
+        return false;
+    if (!TreeAgainstIndex(repository, outcome.entries).matches(looked->get()))
+        return false;
+    for (std::size_t position : outcome.racy) {
+        const IndexStatusScan::Entry& entry = outcome.entries[position];
+        const QByteArray path = QByteArray(workdirPath) + entry.path;
+        git_oid content;
+        if (git_repository_hashfile(&content, repository, path.constData(), GIT_OBJECT_BLOB, entry.path) < 0) {
+            git_error_clear();
+            return false;
+        }
+        if (std::memcmp(content.id, entry.id, GIT_OID_RAWSZ) != 0)
+            return false;
+    }
+    return true;
+}
+
+// The scan's findings as entries of the index libgit2 read.
+std::optional<Comparison> scanned(const IndexStatusScan::Outcome* outcome, git_index* index)
+{
+    if (!outcome || outcome->entries.size() != git_index_entrycount(index))
         return std::nullopt;
     Comparison comparison;
-    for (auto [paths, found] : {std::pair{&outcome->changed, &comparison.changed}, {&outcome->racy, &comparison.racy}}) {
-        for (const QByteArray& path : *paths) {
-            const git_index_entry* entry = git_index_get_bypath(index, path.constData(), 0);
+    for (auto [positions, found] :
+         {std::pair{&outcome->changed, &comparison.changed}, {&outcome->racy, &comparison.racy}}) {
+        for (std::size_t position : *positions) {
+            const git_index_entry* entry = git_index_get_bypath(index, outcome->entries[position].path, 0);
             if (!entry)
                 return std::nullopt;
             found->push_back(entry);
@@ -173,10 +264,14 @@ Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const g
     if (auto detached = headIsDetachedAt(repository, commitId); !detached || !*detached)
         return detached;
 
+    const QByteArray indexPath = QByteArray(git_repository_path(repository)) + "index";
+    const IndexStatusScan::Outcome* outcome = currentOutcome(scan, workdirPath, indexPath);
+    if (outcome && intactByScan(repository, commitId, *outcome, workdirPath))
+        return true;
+
     // The index file's own time, before its entries are read: an entry written in that tick or later
     // may be racily clean.
     struct stat indexStatus {};
-    const QByteArray indexPath = QByteArray(git_repository_path(repository)) + "index";
     if (::stat(indexPath.constData(), &indexStatus) != 0)
         return false;
     git_index* rawIndex = nullptr;
@@ -188,7 +283,13 @@ Result<bool, GitError> IntactCheckout::holds(git_repository* repository, const g
     if (auto holdsTree = indexHoldsTree(repository, index.get(), commitId); !holdsTree || !*holdsTree)
         return holdsTree;
 
-    std::optional<Comparison> found = scanned(scan, index.get(), workdirPath, indexStatus, indexPath);
+    // The scan still saves looking at every file again if libgit2 read the same index.
+    struct stat indexRead {};
+    if (outcome
+        && (!sameFile(outcome->index, indexStatus) || ::stat(indexPath.constData(), &indexRead) != 0
+            || !sameFile(indexRead, indexStatus)))
+        outcome = nullptr;
+    std::optional<Comparison> found = scanned(outcome, index.get());
     if (!found) {
         const Descriptor workdir(::open(workdirPath, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (workdir.get() < 0)
