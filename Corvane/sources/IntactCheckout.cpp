@@ -11,6 +11,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <optional>
 #include <thread>
@@ -174,11 +175,15 @@ private:
             const git_tree_entry* item = git_tree_entry_byindex(tree, position);
             const qsizetype prefixLength = prefix.size();
             prefix += git_tree_entry_name(item);
+            // No checked-out file has a longer path; a crafted tree nested deeper is left to the full
+            // comparison rather than followed level by level on this thread's stack.
+            if (prefix.size() >= PATH_MAX)
+                return false;
             bool same;
             if (git_tree_entry_type(item) == GIT_OBJECT_TREE) {
                 git_tree* rawSubtree = nullptr;
                 if (git_tree_lookup(&rawSubtree, m_repository, git_tree_entry_id(item)) < 0) {
-                    git_error_clear();
+                    git_error_clear(); // the full comparison meets the same failure and reports it
                     return false;
                 }
                 const TreeHandle subtree(rawSubtree);
