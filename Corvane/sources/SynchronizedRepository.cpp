@@ -3,11 +3,13 @@
 
 #include "Corvane/sources/CheckoutPreparation.h"
 #include "Corvane/sources/CloneLock.h"
+#include "Corvane/sources/IndexStatusScan.h"
 #include "Corvane/sources/IntactCheckout.h"
 #include "Corvane/sources/RemoteAuthentication.h"
 #include "Corvane/sources/SpecialFileSweep.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace corvane {
@@ -48,7 +50,8 @@ Result<void, GitError> repointOrigin(const Repository& repository, const QUrl& r
 }
 
 Result<void, GitError> update(const Repository& repository, const QUrl& remoteURL, const QString& branchName,
-                              const RemoteAccess& access, const ReportsSynchronizationProgress& progress)
+                              const RemoteAccess& access, const ReportsSynchronizationProgress& progress,
+                              IndexStatusScan* scan)
 {
     if (auto repointed = repointOrigin(repository, remoteURL); !repointed)
         return repointed;
@@ -63,7 +66,7 @@ Result<void, GitError> update(const Repository& repository, const QUrl& remoteUR
     // Most synchronisations find the remote unchanged and nobody editing the clone: then the forced
     // checkout, which rewrites the index after looking at every file, would change nothing, and the
     // commit was prepared before it was first checked out.
-    auto intact = IntactCheckout::holds(repository.raw(), branch->oid().raw());
+    auto intact = IntactCheckout::holds(repository.raw(), branch->oid().raw(), scan);
     if (!intact)
         return std::unexpected(intact.error());
     if (*intact)
@@ -84,9 +87,12 @@ Result<Repository, GitError> SynchronizedRepository::synchronize() const
         return std::unexpected(lock.error());
     // The transfers and the checkout below keep the clone ours while they make progress.
     const CloneLock::WorkingOnThisThread working(**lock);
+    // Looking at every tracked file is most of a synchronisation that finds nothing new; it starts
+    // now, beside libgit2's start-up and the fetch, and is used only if the index stays as it was.
+    IndexStatusScan scan(QFile::encodeName(QDir::cleanPath(m_localURL.toLocalFile())));
     return flatMap(obtain(m_localURL, m_remoteURL, m_access, m_progress), [&](Repository repository) -> Result<Repository, GitError> {
         repository.keepAlive(*lock);
-        if (auto updated = update(repository, m_remoteURL, m_branch, m_access, m_progress); !updated)
+        if (auto updated = update(repository, m_remoteURL, m_branch, m_access, m_progress, &scan); !updated)
             return std::unexpected(updated.error());
         return repository;
     });
