@@ -4,6 +4,8 @@
 // top to bottom, each keystroke of a find text over the rows in their two sections, and what the rows
 // cost in memory.
 #include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ProvidesThemePreviews.h"
+#include "Corvane/ui/ThemePreviewLoader.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
@@ -13,6 +15,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QThread>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -140,6 +143,61 @@ void FindKeystroke(benchmark::State& state)
     state.counters["sections"] = list.tableViewModel().rowCount() - list.tableViewModel().entries().size();
 }
 BENCHMARK(FindKeystroke)->Unit(benchmark::kMicrosecond);
+
+// A host's provider that takes 5 ms to draw each preview.
+class SlowPreviews final : public ProvidesThemePreviews {
+public:
+    QImage previewForThemeFile(const QString& path, QSize size) override
+    {
+        QThread::msleep(5);
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(QColor::fromHsv(int(qHash(path) % 360), 180, 200));
+        return image;
+    }
+};
+
+// Scrolling from top to bottom at 60 frames a second, the first argument the step in pixels; with the
+// second argument 1, a slow provider loads the rows' previews meanwhile. Each frame is the scroll step,
+// the previews that arrived and the paint. Reports the longest frame.
+void PacedScrollFrame(benchmark::State& state)
+{
+    const auto controller = shownWindow();
+    ThemeListViewController& list = *controller->listViewController();
+    const bool previews = state.range(1) == 1;
+    if (previews)
+        list.setPreviewProvider(std::make_shared<SlowPreviews>());
+    controller->showThemeEntries(success(manyRows()));
+    settle(list);
+    QScrollBar* bar = list.themeTableView()->verticalScrollBar();
+    const int step = int(state.range(0));
+    qint64 frames = 0;
+    qint64 longest = 0;
+    QElapsedTimer frame;
+    frame.start();
+    QElapsedTimer betweenFrames;
+    for (auto _ : state) {
+        state.PauseTiming();
+        if (bar->value() >= bar->maximum()) {
+            bar->setValue(0);
+            QCoreApplication::processEvents();
+        }
+        // The rest of the 16.7 ms a frame has, in which previews keep arriving.
+        betweenFrames.start();
+        while (betweenFrames.nsecsElapsed() < 16'700'000 - frame.nsecsElapsed())
+            QThread::usleep(500);
+        state.ResumeTiming();
+        frame.start();
+        bar->setValue(bar->value() + step);
+        QCoreApplication::processEvents(); // new rows, the previews that came meanwhile, the paint
+        longest = std::max(longest, frame.nsecsElapsed());
+        ++frames;
+    }
+    if (previews)
+        list.previewLoader()->waitForIdle();
+    state.counters["longestFrameMs"] = double(longest) / 1e6;
+    state.counters["frames"] = double(frames);
+}
+BENCHMARK(PacedScrollFrame)->ArgsProduct({{60, 400}, {0, 1}})->Unit(benchmark::kMicrosecond)->Iterations(1200);
 
 double residentMegabytes()
 {

@@ -11,7 +11,8 @@
 # tree nor locks anything; and `git fetch && git checkout -f --detach origin/master && git rev-parse
 # HEAD`, the same work as corvane check, which also puts back every tracked file edited by hand and so
 # must look at each one (10,000 lstat calls). BASELINE=path/to/an/older/corvane times that build too,
-# on a clone of its own, for a before/after.
+# on a clone of its own, for a before/after. INTERLEAVED=ROUNDS times them in turn instead of one after
+# another (bench/interleaved-timing.py), which a shared machine's drifting load needs.
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -65,6 +66,15 @@ if [ -n "${BASELINE:-}" ]; then
     baseline=(-n "baseline check" "$(quote "${before[@]}")")
 fi
 echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
+if [ -n "${INTERLEAVED:-}" ]; then
+    # On a shared machine: one run of each per round, in turn, ratios per round (see the script).
+    before_args=()
+    [ -n "${BASELINE:-}" ] && before_args=("baseline check=$(quote "${before[@]}")")
+    exec "$here/interleaved-timing.py" "$INTERLEAVED" "corvane check=$(quote "${check[@]}")" "${before_args[@]}" \
+        "git fetch && git rev-parse HEAD=git -C $plain fetch --quiet && git -C $plain rev-parse HEAD" \
+        "git fetch && git checkout -f && git rev-parse HEAD=git -C $plain fetch --quiet && git -C $plain checkout --quiet -f --detach origin/master && git -C $plain rev-parse HEAD" \
+        "corvane --help=$(quote "$corvane" --help)"
+fi
 hyperfine --warmup 3 --runs "$runs" --export-json "$work/times.json" --style basic \
     -n "corvane check" "$(quote "${check[@]}")" "${baseline[@]}" \
     -n "git fetch && git rev-parse HEAD" \

@@ -7,6 +7,7 @@
 # CORVANE defaults to build-differences/tools/corvane/corvane, WORKDIR to a new temporary directory.
 # Workload: a file:// remote of 10,000 theme files of about 1 KB, 5,000 installed of which half are
 # older; every clone is synchronised once beforehand, so each run finds the remote unchanged.
+# INTERLEAVED=ROUNDS times them in turn (bench/interleaved-timing.py) instead of with hyperfine.
 # Peers: (a) git fetch + git checkout -f origin/master + Python's json and a dict, (b) the same with
 # jq, (c) the floor: the two git commands and cat of every theme file. PYTHON names the interpreter.
 # BASELINE=path/to/an/older/corvane times that build too, on a clone of its own, for a before/after.
@@ -55,6 +56,13 @@ if [ -n "${BASELINE:-}" ]; then
     before=("$BASELINE" list --remote "$remote" --clone "$work/baseline-clone" --installed "$work/installed")
     "${before[@]}" | cmp - "$work/corvane.out"
     baseline=(-n baseline "$(quote "${before[@]}")")
+fi
+if [ -n "${INTERLEAVED:-}" ]; then
+    # On a shared machine: one run of each per round, in turn, ratios per round (see the script).
+    before_args=()
+    [ -n "${BASELINE:-}" ] && before_args=("baseline=$(quote "${before[@]}")")
+    exec "$here/interleaved-timing.py" "$INTERLEAVED" "corvane=$(quote "${list[@]}")" "${before_args[@]}" \
+        "python=$(quote "${python[@]}")" "floor=$(quote "${floor[@]}")"
 fi
 hyperfine --warmup 3 --runs "$runs" --export-json "$work/times.json" --style basic \
     -n corvane "$(quote "${list[@]}")" "${baseline[@]}" \

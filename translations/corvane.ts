@@ -453,5 +453,23 @@
         <source>Updates (%1)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.sync.receiving" numerus="yes">
+        <source>Receiving objects: %1 of %2 (%3)…</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.sync.resolving" numerus="yes">
+        <source>Resolving changes: %1 of %2…</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message id="corvane.sync.checking-out" numerus="yes">
+        <source>Checking out files: %1 of %2…</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

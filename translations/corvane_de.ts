@@ -467,5 +467,26 @@
         <source>Updates (%1)</source>
         <translation>Aktualisierungen (%1)</translation>
     </message>
+    <message id="corvane.sync.receiving" numerus="yes">
+        <source>Receiving objects: %1 of %2 (%3)…</source>
+        <translation>
+            <numerusform>Empfange Objekte: %1 von %2 (%3) …</numerusform>
+            <numerusform>Empfange Objekte: %1 von %2 (%3) …</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.sync.resolving" numerus="yes">
+        <source>Resolving changes: %1 of %2…</source>
+        <translation>
+            <numerusform>Löse Änderungen auf: %1 von %2 …</numerusform>
+            <numerusform>Löse Änderungen auf: %1 von %2 …</numerusform>
+        </translation>
+    </message>
+    <message id="corvane.sync.checking-out" numerus="yes">
+        <source>Checking out files: %1 of %2…</source>
+        <translation>
+            <numerusform>Schreibe Dateien: %1 von %2 …</numerusform>
+            <numerusform>Schreibe Dateien: %1 von %2 …</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -11,7 +11,8 @@ namespace corvane {
 
 ThemeRepositoryStatus CorvaneService::repositoryStatus(const std::optional<QString>& sinceCommit) const
 {
-    const SynchronizedRepository synchronizedRepository(m_configuration);
+    SynchronizedRepository synchronizedRepository(m_configuration);
+    synchronizedRepository.reportProgressTo(m_progress);
     const auto commitId = flatMap(synchronizedRepository.synchronize(), [](Repository repository) {
         return flatMap(repository.HEAD(), [&](Reference head) {
             return map(repository.commit(head.oid()), [](Commit commit) { return commit.oid(); });

@@ -3,6 +3,7 @@
 
 #include "Corvane/module/Configuration.h"
 #include "Corvane/module/ThemeRepositoryStatus.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 
 #include <QString>
 
@@ -21,6 +22,9 @@ public:
     // server that accepts the connection and then stays silent.
     static constexpr std::chrono::milliseconds defaultTimeLimit = std::chrono::minutes(5);
 
+    // The synchronisations of later checks report their progress there, on their own thread.
+    void reportProgressTo(ReportsSynchronizationProgress progress) { m_progress = std::move(progress); }
+
     // Blocks for the whole synchronisation; run it off the main thread.
     ThemeRepositoryStatus repositoryStatus(const std::optional<QString>& sinceCommit) const;
 
@@ -32,6 +36,7 @@ public:
 
 private:
     Configuration m_configuration;
+    ReportsSynchronizationProgress m_progress;
 };
 
 } // namespace corvane

@@ -84,4 +84,10 @@ bool CorvaneWireframe::isVisible() const
     return window && window->isVisible();
 }
 
+void CorvaneWireframe::setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider)
+{
+    if (ThemeListViewController* list = m_windowController->listViewController())
+        list->setPreviewProvider(std::move(provider));
+}
+
 } // namespace corvane

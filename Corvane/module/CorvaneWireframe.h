@@ -40,6 +40,7 @@ public:
     // Closes the window; the graph stays as it is.
     void close() override;
     bool isVisible() const override;
+    void setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider) override;
 
     const std::shared_ptr<ThemeEntryPresenter>& presenter() const { return m_presenter; }
     const std::shared_ptr<ThemeEntryEventHandler>& eventHandler() const { return m_eventHandler; }

@@ -6,7 +6,11 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
+
 namespace corvane {
+
+class ProvidesThemePreviews; // Corvane/ui/ProvidesThemePreviews.h
 
 // The updater window as the host sees it. Main thread only.
 class CORVANE_EXPORT UpdatesThemes : public QObject {
@@ -21,6 +25,10 @@ public:
     virtual void close() = 0;
     // Whether the window exists and is on screen.
     virtual bool isVisible() const = 0;
+
+    // Rows show their theme's preview from provider (see ProvidesThemePreviews); none shows none,
+    // as without a call. May be called before or after show().
+    virtual void setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider);
 
 signals:
     // After each install (a row's button, or Update All) that installed or updated anything: the paths

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/presentation/ThemeEntry.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 
 namespace corvane {
 
@@ -15,6 +16,10 @@ public:
     // rest following through the event loop. The view shows the progress and takes no requests until
     // showInstallEnded(); a batch that ends in one go shows nothing. The default shows nothing.
     virtual void showInstallProgress(qsizetype installed, qsizetype total) { Q_UNUSED(installed) Q_UNUSED(total) }
+    // While the list loads: how far the synchronisation of the clone has got (a first clone or a long
+    // fetch). A few times a second at most; the loading state stays until the rows or the failure come.
+    // The default shows nothing.
+    virtual void showSynchronizationProgress(const SynchronizationProgress& progress) { Q_UNUSED(progress) }
     // The batch that showed progress stopped: finished (a refresh follows at once) or failed.
     virtual void showInstallEnded() {}
 };

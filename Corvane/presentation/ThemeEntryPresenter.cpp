@@ -78,6 +78,12 @@ void ThemeEntryPresenter::showInstallEnded()
     m_view->showInstallEnded();
 }
 
+void ThemeEntryPresenter::showSynchronizationProgress(const SynchronizationProgress& progress)
+{
+    if (m_comparisonRunning)
+        m_view->showSynchronizationProgress(progress);
+}
+
 ThemeEntry ThemeEntryPresenter::makeThemeEntry(const ThemeDifference& difference)
 {
     if (const auto* newTheme = std::get_if<NewTheme>(&difference)) {

@@ -26,6 +26,8 @@ public:
     // Hands a long install batch's progress, and its end, to the view.
     void showInstallProgress(qsizetype installed, qsizetype total);
     void showInstallEnded();
+    // Main thread only. Shown while a comparison runs; a report that arrives after it ended is stale.
+    void showSynchronizationProgress(const SynchronizationProgress& progress);
 
     // One display row per difference, as the list shows it.
     static ThemeEntry makeThemeEntry(const ThemeDifference& difference);

@@ -15,9 +15,14 @@ namespace corvane {
 // clean) cannot be told apart that way and is compared by content. Any doubt answers "no": the caller
 // then checks out by force. When it answers "no" for changed files, it also forgets what the
 // repository's index recorded of them (in memory), so that checkout compares them by content.
+class IndexStatusScan;
+
 class IntactCheckout {
 public:
-    static Result<bool, GitError> holds(git_repository* repository, const git_oid& commitId);
+    // A scan started on the clone's working tree before the repository was opened saves looking at
+    // every file again; it is used only if it read the index this repository reads.
+    static Result<bool, GitError> holds(git_repository* repository, const git_oid& commitId,
+                                        IndexStatusScan* scan = nullptr);
 };
 
 } // namespace corvane

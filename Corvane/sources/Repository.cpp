@@ -69,6 +69,15 @@ int createRepositoryWithoutLinks(git_repository** out, const char* path, int bar
     return 0;
 }
 
+// Every file checked out is a sign of life for the clone's lock, and news for whoever watches.
+void onCheckoutProgress(const char*, size_t completed, size_t total, void* payload)
+{
+    CloneLock::signOfLifeOnThisThread();
+    const auto* progress = static_cast<const ReportsSynchronizationProgress*>(payload);
+    if (progress && *progress && total > 0)
+        (*progress)({SynchronizationProgress::Stage::checkingOut, qsizetype(completed), qsizetype(total), 0});
+}
+
 } // namespace
 
 Result<bool, GitError> Repository::isValid(const QUrl& directory)
@@ -95,7 +104,8 @@ Result<Repository, GitError> Repository::at(const QUrl& directory)
 }
 
 Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to, bool localClone, bool bare,
-                                               CheckoutStrategy checkoutStrategy, const RemoteAccess& access)
+                                               CheckoutStrategy checkoutStrategy, const RemoteAccess& access,
+                                               const ReportsSynchronizationProgress& progress)
 {
     GitLibrary::ensureInitialized();
     git_clone_options options = GIT_CLONE_OPTIONS_INIT;
@@ -104,9 +114,12 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
     options.local = localClone ? GIT_CLONE_LOCAL : GIT_CLONE_NO_LOCAL;
     options.checkout_opts.checkout_strategy = checkoutFlags(checkoutStrategy);
     options.repository_cb = createRepositoryWithoutLinks;
+    options.checkout_opts.progress_cb = onCheckoutProgress;
+    options.checkout_opts.progress_payload = const_cast<ReportsSynchronizationProgress*>(&progress);
     RemoteAuthentication authentication(from, access);
     TransferWatch watch(from, GitLibrary::transferLimits());
     watch.install(options.fetch_opts.callbacks, &authentication);
+    watch.reportProgressTo(&progress);
 
     // The secret stays in memory: "origin" is written without it.
     git_repository* raw = nullptr;
@@ -123,7 +136,7 @@ Result<Remote, GitError> Repository::remote(const QString& name) const
 }
 
 Result<void, GitError> Repository::fetch(const Remote& remote, const RemoteAccess& access,
-                                        const QUrl& credentialsFrom) const
+                                        const QUrl& credentialsFrom, const ReportsSynchronizationProgress& progress) const
 {
     git_fetch_options options = GIT_FETCH_OPTIONS_INIT;
     options.proxy_opts.type = GIT_PROXY_AUTO;
@@ -135,6 +148,7 @@ Result<void, GitError> Repository::fetch(const Remote& remote, const RemoteAcces
     RemoteAuthentication authentication(url, access);
     TransferWatch watch(url, GitLibrary::transferLimits());
     watch.install(options.callbacks, &authentication);
+    watch.reportProgressTo(&progress);
     std::vector<char*> refspecs;
     for (const QByteArray& refspec : remote.fetchRefspecs())
         refspecs.push_back(const_cast<char*>(refspec.constData()));
@@ -178,13 +192,15 @@ Result<Reference, GitError> Repository::remoteBranch(const QString& name) const
     return Reference(ReferenceHandle(resolved));
 }
 
-Result<void, GitError> Repository::checkout(const Reference& reference, CheckoutStrategy strategy) const
+Result<void, GitError> Repository::checkout(const Reference& reference, CheckoutStrategy strategy,
+                                           const ReportsSynchronizationProgress& progress) const
 {
     if (const int code = git_repository_set_head(m_handle.get(), git_reference_name(reference.raw())); code < 0)
         return std::unexpected(makeGitError(code));
     git_checkout_options options = GIT_CHECKOUT_OPTIONS_INIT;
     options.checkout_strategy = checkoutFlags(strategy);
-    options.progress_cb = [](const char*, size_t, size_t, void*) { CloneLock::signOfLifeOnThisThread(); };
+    options.progress_cb = onCheckoutProgress;
+    options.progress_payload = const_cast<ReportsSynchronizationProgress*>(&progress);
     if (const int code = git_checkout_head(m_handle.get(), &options); code < 0)
         return std::unexpected(makeGitError(code));
     return {};

@@ -9,6 +9,7 @@
 #include "Corvane/sources/OID.h"
 #include "Corvane/sources/Reference.h"
 #include "Corvane/sources/Remote.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 
 #include <QStringList>
 #include <QUrl>
@@ -36,15 +37,18 @@ public:
     // Clones through the proxy git's configuration or the environment names. A user and password in
     // from authenticate the transfer, then access; the new repository's "origin" stores from without
     // them. The new repository refuses symbolic links before its first checkout.
+    // Objects received and files checked out are reported to progress as they advance.
     static Result<Repository, GitError> clone(const QUrl& from, const QUrl& to, bool localClone, bool bare,
-                                              CheckoutStrategy checkoutStrategy, const RemoteAccess& access = {});
+                                              CheckoutStrategy checkoutStrategy, const RemoteAccess& access = {},
+                                              const ReportsSynchronizationProgress& progress = {});
 
     Result<Remote, GitError> remote(const QString& name) const;
     // Fetches with the remote's configured refspecs through the proxy git's configuration or the
     // environment names, authenticating with the user and password of credentialsFrom (the remote as
     // configured, when its stored URL carries none), then access.
     Result<void, GitError> fetch(const Remote& remote, const RemoteAccess& access = {},
-                                 const QUrl& credentialsFrom = {}) const;
+                                 const QUrl& credentialsFrom = {},
+                                 const ReportsSynchronizationProgress& progress = {}) const;
     // The URL a configured remote stores, as written (no insteadOf rules applied).
     Result<QString, GitError> storedRemoteUrl(const QString& name) const;
     // Makes the configured remote fetch from url from now on.
@@ -52,7 +56,8 @@ public:
     // A remote-tracking branch by its short name, such as "origin/master".
     Result<Reference, GitError> remoteBranch(const QString& name) const;
     // Points HEAD at the reference (detached for a remote-tracking branch), then checks HEAD out.
-    Result<void, GitError> checkout(const Reference& reference, CheckoutStrategy strategy) const;
+    Result<void, GitError> checkout(const Reference& reference, CheckoutStrategy strategy,
+                                    const ReportsSynchronizationProgress& progress = {}) const;
     Result<Reference, GitError> HEAD() const;
     Result<Commit, GitError> commit(const OID& oid) const;
 

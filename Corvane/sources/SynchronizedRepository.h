@@ -6,6 +6,7 @@
 #include "Corvane/module/Result.h"
 #include "Corvane/sources/GitError.h"
 #include "Corvane/sources/Repository.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 
 #include <QUrl>
 
@@ -32,6 +33,9 @@ public:
     const QUrl& remoteURL() const { return m_remoteURL; }
     const QString& branch() const { return m_branch; }
 
+    // Every later synchronisation reports its transfer and checkout to progress, on its own thread.
+    void reportProgressTo(ReportsSynchronizationProgress progress) { m_progress = std::move(progress); }
+
     // Blocks for the whole network exchange; run it off the main thread. The first failure is the
     // result, unchanged; nothing is retried or cleaned up. Synchronisations of one clone never overlap,
     // in this process or another: the returned repository keeps the clone to its holder until it is
@@ -43,6 +47,7 @@ private:
     QUrl m_remoteURL;
     QString m_branch;
     RemoteAccess m_access;
+    ReportsSynchronizationProgress m_progress;
 };
 
 } // namespace corvane

@@ -39,6 +39,16 @@ double seconds(std::chrono::milliseconds limit)
     return double(limit.count()) / 1000.0;
 }
 
+// Deltas are resolved once every object is in; until then the objects received are the news.
+SynchronizationProgress progressOf(const git_indexer_progress& stats)
+{
+    using Stage = SynchronizationProgress::Stage;
+    if (stats.total_deltas > 0 && stats.received_objects == stats.total_objects)
+        return {Stage::resolving, qsizetype(stats.indexed_deltas), qsizetype(stats.total_deltas), 0};
+    return {Stage::receiving, qsizetype(stats.received_objects), qsizetype(stats.total_objects),
+            qint64(stats.received_bytes)};
+}
+
 } // namespace
 
 TransferWatch::TransferWatch(QUrl remote, TransferLimits limits)
@@ -213,6 +223,8 @@ int TransferWatch::onTransferProgress(const git_indexer_progress* stats, void* p
         || stats->received_objects != last.received_objects || stats->indexed_objects != last.indexed_objects
         || stats->indexed_deltas != last.indexed_deltas || stats->local_objects != last.local_objects;
     watch->m_lastStats = *stats;
+    if (watch->m_progress && *watch->m_progress && stats->total_objects > 0)
+        (*watch->m_progress)(progressOf(*stats));
     return watch->mayContinue(advanced) ? 0 : -1;
 }
 

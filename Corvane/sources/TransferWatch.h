@@ -3,6 +3,7 @@
 
 #include "Corvane/sources/GitError.h"
 #include "Corvane/sources/RemoteAuthentication.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 #include "Corvane/sources/TransferLimits.h"
 
 #include <git2.h>
@@ -49,6 +50,9 @@ public:
     // and certificate questions go to authentication, which must outlive the operation too.
     void install(git_remote_callbacks& callbacks, RemoteAuthentication* authentication = nullptr);
 
+    // Objects received and deltas resolved go to progress as well (which must outlive the operation).
+    void reportProgressTo(const ReportsSynchronizationProgress* progress) { m_progress = progress; }
+
     const TransferLimits& limits() const { return m_limits; }
     const QUrl& remote() const { return m_remote; }
 
@@ -91,6 +95,7 @@ private:
     QUrl m_remote;
     TransferLimits m_limits;
     RemoteAuthentication* m_authentication = nullptr;
+    const ReportsSynchronizationProgress* m_progress = nullptr;
     std::chrono::milliseconds m_tick;
     pid_t m_thread = 0;
 

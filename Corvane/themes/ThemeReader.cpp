@@ -67,6 +67,9 @@ namespace {
 
 // Below this many theme files a second thread costs more than it saves.
 constexpr std::size_t filesWorthASecondThread = 512;
+// Small enough that a thread that finds the other one behind takes over most of its work; large
+// enough that taking a batch costs nothing next to decoding it.
+constexpr std::size_t filesPerBatch = 128;
 
 // Decodes theme files in listing order, as one thread of a reading does: stops at the first that
 // fails, or once `giveUp` says its results will not be used.
@@ -77,12 +80,12 @@ struct ThemeFileRange {
     const QByteArray* encodedPrefix;
     int listed;
 
-    std::optional<ThemeDecodingError> decode(ThemeDecoder& decoder, QList<StoredTheme>& themes,
-                                             const std::atomic<bool>& giveUp) const
+    template<typename GiveUp>
+    std::optional<ThemeDecodingError> decode(ThemeDecoder& decoder, QList<StoredTheme>& themes, GiveUp giveUp) const
     {
         QByteArray fullName;
         themes.reserve(qsizetype(end - begin));
-        for (std::size_t index = begin; index < end && !giveUp.load(std::memory_order_relaxed); ++index) {
+        for (std::size_t index = begin; index < end && !giveUp(); ++index) {
             DirectoryEntries::Entry entry = (*files)[index];
             const QByteArrayView name = entry.encodedName;
             int base = listed;
@@ -102,6 +105,11 @@ struct ThemeFileRange {
         }
         return std::nullopt;
     }
+};
+
+struct DecodedBatch {
+    QList<StoredTheme> themes;
+    std::optional<ThemeDecodingError> failure;
 };
 
 } // namespace
@@ -126,36 +134,45 @@ Result<QList<StoredTheme>, ThemeDecodingError> ThemeReader::readThemes(const QUr
             files.push_back((*entries)[index]);
     }
 
-    // A large directory is decoded on two cores: the first half here, the second half on a thread of
-    // its own with a decoder of its own. The result is the one reading in listing order gives: the
-    // first half's failure if it has one, else the second half's first failure, else every theme in
-    // listing order (which the stable sort keeps for equal names).
-    const bool split = files.size() >= filesWorthASecondThread && std::thread::hardware_concurrency() > 1;
-    const std::size_t middle = split ? files.size() / 2 : files.size();
-    const ThemeFileRange first{&files, 0, middle, &prefix, &encodedPrefix, listed.get()};
-    const ThemeFileRange second{&files, middle, files.size(), &prefix, &encodedPrefix, listed.get()};
-    std::atomic<bool> firstFailed{false};
-    const std::atomic<bool> neverGiveUp{false};
-    QList<StoredTheme> secondThemes;
-    std::optional<ThemeDecodingError> secondFailure;
+    // A large directory is decoded on two cores, this thread and a helper with a decoder of its own
+    // taking batches of files in listing order from a shared counter: should one of them wait for a
+    // core on a busy machine, the other takes the rest, so neither waits for more than one batch of
+    // the other. The result is the one reading in listing order gives: the failure of the first
+    // batch that fails (every batch before it was decoded whole), else every theme in listing order
+    // (which the stable sort keeps for equal names). A batch after a failed one is not needed.
+    const std::size_t batchCount = (files.size() + filesPerBatch - 1) / filesPerBatch;
+    std::vector<DecodedBatch> batches(batchCount);
+    std::atomic<std::size_t> nextBatch{0};
+    std::atomic<std::size_t> firstFailedBatch{batchCount};
+    const auto decodeBatches = [&](ThemeDecoder& decoder) {
+        for (std::size_t batch = nextBatch++; batch < batchCount; batch = nextBatch++) {
+            if (batch > firstFailedBatch.load())
+                return;
+            const ThemeFileRange range{&files, batch * filesPerBatch, std::min(files.size(), (batch + 1) * filesPerBatch),
+                                       &prefix, &encodedPrefix, listed.get()};
+            batches[batch].failure = range.decode(decoder, batches[batch].themes, [&] { return batch > firstFailedBatch.load(); });
+            if (batches[batch].failure) {
+                std::size_t failed = firstFailedBatch.load();
+                while (batch < failed && !firstFailedBatch.compare_exchange_weak(failed, batch)) {
+                }
+            }
+        }
+    };
     std::thread helper;
-    if (split) {
+    if (files.size() >= filesWorthASecondThread && std::thread::hardware_concurrency() > 1) {
         if (!m_helperDecoder)
             m_helperDecoder = std::make_unique<ThemeDecoder>();
-        helper = std::thread([&] { secondFailure = second.decode(*m_helperDecoder, secondThemes, firstFailed); });
+        helper = std::thread([&] { decodeBatches(*m_helperDecoder); });
     }
-    QList<StoredTheme> themes;
-    std::optional<ThemeDecodingError> firstFailure = first.decode(*m_themeDecoder, themes, neverGiveUp);
-    firstFailed.store(firstFailure.has_value());
+    decodeBatches(*m_themeDecoder);
     if (helper.joinable())
         helper.join();
-    if (firstFailure)
-        return std::unexpected(std::move(*firstFailure));
-    if (secondFailure)
-        return std::unexpected(std::move(*secondFailure));
-    if (!secondThemes.isEmpty()) {
-        themes.reserve(themes.size() + secondThemes.size());
-        std::move(secondThemes.begin(), secondThemes.end(), std::back_inserter(themes));
+    QList<StoredTheme> themes;
+    themes.reserve(qsizetype(files.size()));
+    for (DecodedBatch& batch : batches) {
+        if (batch.failure)
+            return std::unexpected(std::move(*batch.failure));
+        std::move(batch.themes.begin(), batch.themes.end(), std::back_inserter(themes));
     }
     return sortedByName(std::move(themes));
 }

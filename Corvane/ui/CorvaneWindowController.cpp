@@ -150,6 +150,12 @@ void CorvaneWindowController::showInstallProgress(qsizetype installed, qsizetype
         m_listViewController->showInstallProgress(installed, total);
 }
 
+void CorvaneWindowController::showSynchronizationProgress(const SynchronizationProgress& progress)
+{
+    if (m_listViewController)
+        m_listViewController->showSynchronizationProgress(progress);
+}
+
 void CorvaneWindowController::showInstallEnded()
 {
     if (m_listViewController)

@@ -42,6 +42,7 @@ public:
 
     void showThemeEntries(const ThemeListState& state) override;
     void showInstallProgress(qsizetype installed, qsizetype total) override;
+    void showSynchronizationProgress(const SynchronizationProgress& progress) override;
     void showInstallEnded() override;
 
     static inline const QString settingsGroup = QStringLiteral("Corvane");

@@ -41,6 +41,28 @@ QString LoadingViewController::message() const
 
 void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
 {
+    // Counts in the user's locale ("2,000" in English, "2.000" in German), the words agreeing with the total.
+    //% "Updating %1 of %2…"
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.loading.install-progress"), double(total),
+                                                  "Updating %1 of %2…", "Updating %1 of %2…");
+    showDeterminate(installed, total,
+                    fillPlaceholders(format, {localizedNumber(double(installed)), localizedNumber(double(total))}));
+}
+
+void LoadingViewController::showSynchronizationProgress(const SynchronizationProgress& progress)
+{
+    // The clone is up to date: what remains is reading and comparing the themes, of unknown length.
+    if (progress.stage == SynchronizationProgress::Stage::checkingOut && progress.isComplete()) {
+        m_showingProgress = false;
+        showCheckingMessage();
+        setIndicatorRunning(true);
+        return;
+    }
+    showDeterminate(progress.done, progress.total, progress.text());
+}
+
+void LoadingViewController::showDeterminate(qsizetype done, qsizetype total, const QString& text)
+{
     m_showingProgress = true;
     m_indicatorRunning = true;
     m_ui->loadingIndicator->setVisible(true);
@@ -49,13 +71,8 @@ void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
         fadeTo(1.0, fadeInDuration);
     }
     m_ui->loadingIndicator->setRange(0, int(total));
-    m_ui->loadingIndicator->setValue(int(installed));
-    // Counts in the user's locale ("2,000" in English, "2.000" in German), the words agreeing with the total.
-    //% "Updating %1 of %2…"
-    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.loading.install-progress"), double(total),
-                                                  "Updating %1 of %2…", "Updating %1 of %2…");
-    m_ui->messageLabel->setText(
-        fillPlaceholders(format, {localizedNumber(double(installed)), localizedNumber(double(total))}));
+    m_ui->loadingIndicator->setValue(int(done));
+    m_ui->messageLabel->setText(text);
 }
 
 void LoadingViewController::show()

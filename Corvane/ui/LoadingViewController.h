@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/sources/SynchronizationProgress.h"
 #include "Corvane/ui/StatusOverlay.h"
 
 #include <memory>
@@ -28,6 +29,10 @@ public:
     // A long install batch: the indicator counts the copies and the text says how far it got. Fades in
     // first when the overlay is not up; the next show() goes back to the running indicator.
     void showProgress(qsizetype installed, qsizetype total);
+    // The clone's synchronisation while the list loads: the indicator fills for each stage in turn and
+    // the text names the stage ("Checking out files: 500 of 10,000…"). Once every file is checked out,
+    // back to the running indicator while the themes are compared.
+    void showSynchronizationProgress(const SynchronizationProgress& progress);
 
     QString message() const;
 
@@ -40,6 +45,7 @@ protected:
 private:
     void setIndicatorRunning(bool running);
     void showCheckingMessage();
+    void showDeterminate(qsizetype done, qsizetype total, const QString& text);
 
     std::unique_ptr<Ui::LoadingView> m_ui;
     bool m_indicatorRunning = false;

@@ -4,6 +4,7 @@
 #include "Corvane/module/Localized.h"
 #include "Corvane/ui/ActionButton.h"
 #include "Corvane/ui/SecondaryText.h"
+#include "Corvane/ui/ThemePreviewView.h"
 #include "Corvane/ui/VersionLabel.h"
 #include "ui_ThemeCell.h"
 
@@ -48,9 +49,11 @@ QString wrappedToolTip(const QString& text)
 } // namespace
 
 ThemeCellView::ThemeCellView(QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::ThemeCell>())
+    : QWidget(parent), m_ui(std::make_unique<Ui::ThemeCell>()), m_preview(new ThemePreviewView(this))
 {
     m_ui->setupUi(this);
+    m_ui->cellLayout->insertWidget(0, m_preview, 0, Qt::AlignVCenter);
+    m_preview->hide();
     m_ui->versionLabel->setParts(m_ui->fromVersionLabel, m_ui->arrow, m_ui->toVersionLabel);
     connect(m_ui->updateButton, &QPushButton::clicked, this, &ThemeCellView::updateTheme);
 
@@ -103,6 +106,14 @@ void ThemeCellView::configure(const ThemeEntry& entry, bool skipped)
     m_ui->authorsLabel->setToolTip(wrappedToolTip(entry.authors));
     m_ui->themeNameLabel->setToolTip(wrappedToolTip(entry.name));
     m_copyCommand = entry.copyCommand;
+}
+
+void ThemeCellView::showPreview(bool shown, const QPixmap& pixmap)
+{
+    if (shown)
+        m_preview->setPreview(pixmap);
+    if (m_preview->isHidden() == shown)
+        m_preview->setVisible(shown);
 }
 
 void ThemeCellView::updateTheme()

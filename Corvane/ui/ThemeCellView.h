@@ -20,6 +20,7 @@ class ThemeCell;
 
 namespace corvane {
 
+class ThemePreviewView;
 class VersionLabel;
 
 // Who hears a row's Install/Update button: the list view controller.
@@ -50,6 +51,9 @@ public:
     // A skipped version (shown only on request) reads quieter and says it is skipped.
     void configure(const ThemeEntry& entry, bool skipped = false);
     bool isSkipped() const { return m_skipped; }
+    // The preview at the row's left, when the host provides previews: a null pixmap shows the
+    // placeholder. Hidden otherwise.
+    void showPreview(bool shown, const QPixmap& pixmap = {});
 
     // Held weakly; an object implementing ThemeCellViewDelegate.
     void setDelegate(QObject* delegate) { m_delegate = delegate; }
@@ -62,6 +66,7 @@ public:
     QLabel* authorsLabel() const;
     VersionLabel* versionLabel() const;
     QPushButton* updateButton() const;
+    ThemePreviewView* previewView() const { return m_preview; }
 
 public slots:
     // The button's action: hands the row's copy command to the delegate.
@@ -77,6 +82,7 @@ private:
     QPointer<QObject> m_delegate;
     std::optional<CopyCommand> m_copyCommand;
     bool m_skipped = false;
+    ThemePreviewView* m_preview;
 };
 
 } // namespace corvane

@@ -8,6 +8,8 @@
 #include "Corvane/ui/SecondaryText.h"
 #include "Corvane/ui/ThemeSectionHeaderView.h"
 #include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/ThemePreviewLoader.h"
+#include "Corvane/ui/ThemePreviewView.h"
 #include "Corvane/ui/ThemeTableView.h"
 #include "ui_ThemeList.h"
 
@@ -115,6 +117,7 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     table->setModel(m_tableViewModel);
     // After the table's own handling of a reset, which scrolls it to the top.
     connect(m_tableViewModel, &QAbstractItemModel::modelReset, this, &ThemeListViewController::rowsReplaced);
+    connect(table, &ThemeTableView::rowsOnScreenChanged, this, &ThemeListViewController::loadPreviewsOnScreen);
 }
 
 ThemeListViewController::~ThemeListViewController() = default;
@@ -134,7 +137,53 @@ QWidget* ThemeListViewController::viewForRow(ThemeTableView& table, int row)
     const ThemeEntry& shown = m_tableViewModel->entries().at(entry);
     cell->configure(shown, m_tableViewModel->showsSkipped() && m_tableViewModel->isSkipped(shown));
     cell->setDelegate(this);
+    if (m_previewLoader) {
+        const QPixmap* preview = m_previewLoader->cached(shown.copyCommand.sourcePath);
+        cell->showPreview(true, preview ? *preview : QPixmap());
+    } else {
+        cell->showPreview(false);
+    }
     return cell;
+}
+
+void ThemeListViewController::setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider)
+{
+    m_previewLoader.reset();
+    if (provider) {
+        m_previewLoader = std::make_unique<ThemePreviewLoader>(std::move(provider), ThemePreviewView::previewSize);
+        connect(m_previewLoader.get(), &ThemePreviewLoader::previewReady, this, &ThemeListViewController::previewArrived);
+    }
+    m_ui->themeTableView->reloadData();
+    loadPreviewsOnScreen();
+}
+
+void ThemeListViewController::loadPreviewsOnScreen()
+{
+    if (!m_previewLoader)
+        return;
+    const QList<ThemeEntry>& entries = m_tableViewModel->entries();
+    QStringList paths;
+    for (const int row : m_ui->themeTableView->rowsWithCells()) {
+        // Section headers have no theme and no preview.
+        if (const int entry = m_tableViewModel->entryIndex(row); entry >= 0 && entry < entries.size())
+            paths.append(entries.at(entry).copyCommand.sourcePath);
+    }
+    m_previewLoader->want(paths);
+}
+
+void ThemeListViewController::previewArrived(const QString& path)
+{
+    const QPixmap* preview = m_previewLoader ? m_previewLoader->cached(path) : nullptr;
+    if (!preview)
+        return;
+    const QList<ThemeEntry>& entries = m_tableViewModel->entries();
+    for (const int row : m_ui->themeTableView->rowsWithCells()) {
+        const int entry = m_tableViewModel->entryIndex(row);
+        if (entry >= 0 && entry < entries.size() && entries.at(entry).copyCommand.sourcePath == path) {
+            if (auto cell = qobject_cast<ThemeCellView*>(m_ui->themeTableView->cellForRow(row)))
+                cell->showPreview(true, *preview);
+        }
+    }
 }
 
 void ThemeListViewController::updateButtons(const ThemeListState& state)
@@ -255,6 +304,12 @@ void ThemeListViewController::showInstallEnded()
     m_ui->refreshButton->setEnabled(!m_loading);
     m_loadingViewController->hide();
     restorePlace();
+}
+
+void ThemeListViewController::showSynchronizationProgress(const SynchronizationProgress& progress)
+{
+    if (m_loading && !m_installing)
+        m_loadingViewController->showSynchronizationProgress(progress);
 }
 
 void ThemeListViewController::setBusy(bool loading, bool installing)

@@ -4,6 +4,7 @@
 #include "Corvane/presentation/SkippedVersions.h"
 #include "Corvane/presentation/ThemeEntry.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 #include "Corvane/ui/ThemeCellView.h"
 
 #include <QElapsedTimer>
@@ -30,6 +31,8 @@ namespace corvane {
 
 class AllUpdatedViewController;
 class LoadingViewController;
+class ProvidesThemePreviews;
+class ThemePreviewLoader;
 class ThemeTableModel;
 class ThemeTableView;
 
@@ -65,6 +68,13 @@ public:
     // counts the copies ("Updating 340 of 2,000…") until the batch ends.
     void showInstallProgress(qsizetype installed, qsizetype total);
     void showInstallEnded();
+    // While the list loads, the loading overlay shows how far the clone's synchronisation got.
+    void showSynchronizationProgress(const SynchronizationProgress& progress);
+
+    // With a provider, every row shows its theme's preview, loaded for the rows on screen; none
+    // takes the previews away again.
+    void setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider);
+    ThemePreviewLoader* previewLoader() const { return m_previewLoader.get(); }
 
     // Whether a row's button press installs now. Not while the list reloads or a batch runs, and not
     // within a double-click interval after the rows moved: the second click of a quick pair would
@@ -114,6 +124,8 @@ private:
     void parkFocusWhileBusy();
     void restorePlace();
     void setBusy(bool loading, bool installing);
+    void loadPreviewsOnScreen();
+    void previewArrived(const QString& path);
 
     std::unique_ptr<Ui::ThemeList> m_ui;
     std::weak_ptr<ThemeListViewControllerDelegate> m_delegate;
@@ -135,6 +147,7 @@ private:
     FocusPlace m_focusPlace = FocusPlace::None;
     int m_focusRow = -1;
     std::optional<int> m_scrollPosition;
+    std::unique_ptr<ThemePreviewLoader> m_previewLoader;
 };
 
 } // namespace corvane

@@ -261,10 +261,12 @@ void ThemeTableView::tileCells()
         return; // rows not laid out yet: doItemsLayout tiles again
     }
 
+    bool changed = false;
     for (auto it = m_cells.begin(); it != m_cells.end();) {
         if (it->first < range.first || it->first > range.last) {
             recycleCell(it->second);
             it = m_cells.erase(it);
+            changed = true;
         } else {
             ++it;
         }
@@ -279,6 +281,7 @@ void ThemeTableView::tileCells()
                 continue;
             m_handedOut.removeOne(cell);
             m_cells.emplace(row, cell);
+            changed = true;
         }
         const QRect place(0, range.firstTop + (row * range.pitch), width, range.height);
         if (cell->geometry() != place)
@@ -289,6 +292,8 @@ void ThemeTableView::tileCells()
     // Cells taken from makeView but not handed back for a row go back in the queue.
     for (QWidget* cell : std::exchange(m_handedOut, {}))
         recycleCell(cell);
+    if (changed)
+        emit rowsOnScreenChanged();
 }
 
 void ThemeTableView::recycleCell(QWidget* cell)

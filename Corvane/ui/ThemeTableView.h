@@ -68,6 +68,10 @@ public:
     void reset() override;
     void doItemsLayout() override;
 
+signals:
+    // Rows came on screen or went off it (after their cells were placed).
+    void rowsOnScreenChanged();
+
 protected:
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent* event) override;

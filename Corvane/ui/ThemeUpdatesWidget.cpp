@@ -43,6 +43,11 @@ void ThemeUpdatesWidget::refresh()
     m_parts->core.presenter->refresh();
 }
 
+void ThemeUpdatesWidget::setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider)
+{
+    m_parts->controller->listViewController()->setPreviewProvider(std::move(provider));
+}
+
 void ThemeUpdatesWidget::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);

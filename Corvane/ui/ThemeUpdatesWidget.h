@@ -11,6 +11,8 @@
 
 namespace corvane {
 
+class ProvidesThemePreviews;
+
 // The updater's list and buttons as a widget for a host's own page (a settings dialog, a preferences
 // tab): the same rows, Install/Update, Update All, Refresh and Open Theme Folder, overlays and alerts as
 // the updater window, laid out wherever the host puts it. The first time it is shown it compares the
@@ -24,6 +26,8 @@ public:
 
     // Synchronises the clone and lists the differences again, as the Refresh button does.
     void refresh();
+    // Shows each row's preview from the host's provider (none: no previews), as the window does.
+    void setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider);
 
 signals:
     // After each install that installed or updated anything: the paths of the files written, in order.

@@ -2,6 +2,7 @@
 #include "DemoWindow.h"
 
 #include "InstalledThemes.h"
+#include "ThemeSwatches.h"
 
 #include <QDir>
 #include <QFrame>
@@ -167,6 +168,7 @@ void DemoWindow::showThemeUpdates()
         connect(m_updater.get(), &corvane::UpdatesThemes::themesInstalled, this, &DemoWindow::reloadInstalledThemes);
         // The user may have skipped versions in the updater: offer to bring them back.
         connect(m_updater.get(), &corvane::UpdatesThemes::closed, this, &DemoWindow::offerToForgetSkippedVersions);
+        m_updater->setPreviewProvider(std::make_shared<ThemeSwatches>());
     }
     m_updater->show();
     m_notice->hide();

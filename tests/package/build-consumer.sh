@@ -17,12 +17,15 @@ repository=$("$source/examples/make-sample-repository.sh" "$work/remote")
 "$work/consumer/core-host" "$repository" "$work/clone" "$work/installed"
 "$work/consumer/widgets-host" "$repository" "$work/clone" "$work/installed" "$work/host-settings.ini"
 # The installed tool hands show over to its window program under libexec.
-"$prefix/bin/corvane" show --help | grep -q '^usage: corvane show' || fail "corvane show does not reach corvane-show"
+show_help=$("$prefix/bin/corvane" show --help)
+[[ $show_help == "usage: corvane show"* ]] || fail "corvane show does not reach corvane-show"
 # A host of the core alone, and the tool's scripting commands, never load the window's libraries.
 if readelf -d "$prefix/bin/corvane" | grep -E 'NEEDED.*(Qt6Gui|Qt6Widgets|CorvaneWidgets)'; then
   fail "corvane needs a library of the window"
 fi
-if LD_DEBUG=files "$prefix/bin/corvane" lint "$work/installed" 2>&1 >/dev/null | grep -q 'libQt6Gui'; then
+# (Outputs are read whole before matching: grep -q would end the pipe early and pipefail hide the match.)
+loaded=$(LD_DEBUG=files "$prefix/bin/corvane" lint "$work/installed" 2>&1 >/dev/null || true)
+if [[ $loaded == *libQt6Gui* ]]; then
   fail "corvane lint loaded QtGui"
 fi
 if readelf -d "$work/consumer/core-host" | grep -E 'NEEDED.*(Qt6Gui|Qt6Widgets|CorvaneWidgets)'; then
@@ -49,7 +52,8 @@ if PKG_CONFIG_PATH=$pcdir pkg-config --libs corvane-core | grep -q Widgets; then
 # The shared library leaves the Version library's symbols to the static library hosts link.
 library=$(find "$prefix" -name 'libCorvaneCore.so.*' -type f -print -quit)
 widgets=$(find "$prefix" -name 'libCorvaneWidgets.so.*' -type f -print -quit)
-if nm -D --defined-only "$library" | c++filt | grep -q 'corvane::Version::fromString'; then
+exported=$(nm -D --defined-only "$library" | c++filt)
+if [[ $exported == *'corvane::Version::fromString'* ]]; then
   fail "libCorvaneCore exports Version::fromString again"
 fi
 # Installed binaries hold no path of the build tree (debug information aside), in 8-bit or in UTF-16

@@ -51,6 +51,10 @@ struct Neighbours final : FindsThemeDifferences, ShowsThemeUpdates, DeletesFiles
         log << u"progress %1/%2"_s.arg(installed).arg(total);
     }
     void showInstallEnded() override { log << u"ended"_s; }
+    void showSynchronizationProgress(const SynchronizationProgress& progress) override
+    {
+        log << u"synchronising %1/%2"_s.arg(progress.done).arg(progress.total);
+    }
     Result<void, AnyError> deleteItem(const QUrl& url) const override
     {
         if (refused.contains(url.fileName()))
@@ -135,6 +139,18 @@ private slots:
         QVERIFY(released.expired()); // the pending comparison does not keep it alive, and its result goes nowhere
         m_neighbours->answer(QList<ThemeDifference>{newTheme(u"Late"_s)});
         QCOMPARE(m_neighbours->log.size(), 3);
+    }
+
+    void synchronisationProgressShowsOnlyWhileTheListLoads()
+    {
+        const SynchronizationProgress halfway{SynchronizationProgress::Stage::receiving, 5, 10, 512};
+        m_presenter->showSynchronizationProgress(halfway); // no comparison yet: a stray report
+        m_presenter->refresh();
+        m_presenter->showSynchronizationProgress(halfway);
+        m_neighbours->answer(QList<ThemeDifference>{});
+        // A report still on its way when the result came would bring the loading state back.
+        m_presenter->showSynchronizationProgress(halfway);
+        QCOMPARE(m_neighbours->log, QStringList({u"loading"_s, u"synchronising 5/10"_s, u"no rows"_s}));
     }
 
     void handlerInstallsAndResets_data()

@@ -5,8 +5,6 @@
 #include <QDir>
 #include <QProcess>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -108,55 +106,25 @@ bool authorized(const QByteArray& headers, const QByteArray& expected)
 
 } // namespace
 
-SmartHttpServer::SmartHttpServer(QString basePath, QString user, QString password) : m_basePath(std::move(basePath))
+SmartHttpServer::SmartHttpServer(QString basePath, QString user, QString password)
+    : m_basePath(std::move(basePath))
+    , m_authorization(user.isEmpty() ? QByteArray() : "Basic " + (user + u':' + password).toUtf8().toBase64())
+    , m_server([this](int client, const std::atomic<bool>& stopping) { answer(client, stopping); })
 {
-    if (!user.isEmpty())
-        m_authorization = "Basic " + (user + u':' + password).toUtf8().toBase64();
-    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(m_listener, 16) != 0
-        || ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        qFatal("cannot listen on 127.0.0.1");
-    m_port = ntohs(address.sin_port);
-    m_thread = std::thread([this] { serve(); });
-}
-
-SmartHttpServer::~SmartHttpServer()
-{
-    m_stopping = true;
-    m_thread.join();
-    for (std::thread& connection : m_connections)
-        connection.join();
-    ::close(m_listener);
 }
 
 QUrl SmartHttpServer::url(const QString& relativePath) const
 {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1/%2").arg(m_port).arg(relativePath));
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/%2").arg(m_server.port()).arg(relativePath));
 }
 
-void SmartHttpServer::serve()
-{
-    while (!m_stopping) {
-        pollfd listening{m_listener, POLLIN, 0};
-        if (::poll(&listening, 1, 50) <= 0)
-            continue;
-        const int client = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (client >= 0)
-            m_connections.emplace_back([this, client] { answer(client); });
-    }
-}
-
-void SmartHttpServer::answer(int client)
+void SmartHttpServer::answer(int client, const std::atomic<bool>& stopping)
 {
     QByteArray buffer;
-    while (!m_stopping) {
+    while (!stopping) {
         qsizetype headersEnd;
         while ((headersEnd = buffer.indexOf("\r\n\r\n")) < 0) {
-            if (!readMore(client, buffer, m_stopping))
+            if (!readMore(client, buffer, stopping))
                 break;
         }
         if (headersEnd < 0)
@@ -171,7 +139,7 @@ void SmartHttpServer::answer(int client)
         if (target.startsWith("http://"))
             target = target.mid(target.indexOf('/', 7));
         QByteArray body;
-        if (!readBody(client, buffer, headers, body, m_stopping))
+        if (!readBody(client, buffer, headers, body, stopping))
             break;
 
         QByteArray reply;

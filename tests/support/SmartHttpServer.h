@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LoopbackServer.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QUrl>
 
 #include <atomic>
 #include <cstdint>
-#include <thread>
-#include <vector>
 
 namespace corvane::test {
 
@@ -20,26 +21,17 @@ namespace corvane::test {
 class SmartHttpServer {
 public:
     explicit SmartHttpServer(QString basePath, QString user = {}, QString password = {});
-    ~SmartHttpServer();
 
-    SmartHttpServer(const SmartHttpServer&) = delete;
-    SmartHttpServer& operator=(const SmartHttpServer&) = delete;
-
-    std::uint16_t port() const { return m_port; }
+    std::uint16_t port() const { return m_server.port(); }
     // http://127.0.0.1:PORT/<relative path>
     QUrl url(const QString& relativePath) const;
 
 private:
-    void serve();
-    void answer(int client);
+    void answer(int client, const std::atomic<bool>& stopping);
 
     QString m_basePath;
     QByteArray m_authorization; // the expected "Basic ..." value; empty when none is needed
-    int m_listener = -1;
-    std::uint16_t m_port = 0;
-    std::atomic<bool> m_stopping{false};
-    std::thread m_thread;
-    std::vector<std::thread> m_connections;
+    LoopbackServer m_server;    // last: its handlers use the members above, so it stops first
 };
 
 } // namespace corvane::test

@@ -1,103 +1,50 @@
 // SPDX-License-Identifier: MIT
 #include "StallingServer.h"
 
-#include <QList>
-
-#include <vector>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace corvane::test {
-namespace {
-
-int listenOnLoopback(int backlog, std::uint16_t& port)
-{
-    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (::bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(listener, backlog) != 0
-        || ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        qFatal("cannot listen on 127.0.0.1");
-    port = ntohs(address.sin_port);
-    return listener;
-}
-
-int connectTo(std::uint16_t port)
-{
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        ::close(socket);
-        return -1;
-    }
-    return socket;
-}
-
-} // namespace
 
 StallingServer::StallingServer(Behaviour behaviour) : m_behaviour(std::move(behaviour))
 {
     if (m_behaviour.unreachable) {
         m_listener = listenOnLoopback(0, m_port);
         // One connection the server never takes fills a queue of length zero; later ones wait for ever.
-        m_queueFiller = connectTo(m_port);
+        m_queueFiller = connectToLoopback(m_port);
         return;
     }
-    m_listener = listenOnLoopback(16, m_port);
-    m_thread = std::thread([this] { serve(); });
+    m_server = std::make_unique<LoopbackServer>([this](int client, const std::atomic<bool>& stopping) {
+        if (m_behaviour.upstreamPort != 0)
+            relayConnection(client, stopping);
+        else if (!m_behaviour.greeting.isEmpty())
+            (void)::send(client, m_behaviour.greeting.constData(), size_t(m_behaviour.greeting.size()), MSG_NOSIGNAL);
+        // The client's side stays open until the server goes, so it sees silence, not an end.
+        while (!stopping)
+            ::usleep(20000);
+        ::close(client);
+    });
+    m_port = m_server->port();
 }
 
 StallingServer::~StallingServer()
 {
-    m_stopping = true;
-    if (m_thread.joinable())
-        m_thread.join();
+    m_server.reset();
     if (m_queueFiller >= 0)
         ::close(m_queueFiller);
     if (m_listener >= 0)
         ::close(m_listener);
 }
 
-void StallingServer::serve()
+void StallingServer::relayConnection(int client, const std::atomic<bool>& stopping)
 {
-    QList<int> clients;
-    std::vector<std::thread> relays;
-    while (!m_stopping) {
-        pollfd listening{m_listener, POLLIN, 0};
-        if (::poll(&listening, 1, 50) <= 0)
-            continue;
-        const int client = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (client < 0)
-            continue;
-        clients << client;
-        if (m_behaviour.upstreamPort != 0)
-            relays.emplace_back([this, client] { relayConnection(client); });
-        else if (!m_behaviour.greeting.isEmpty())
-            (void)::send(client, m_behaviour.greeting.constData(), size_t(m_behaviour.greeting.size()), MSG_NOSIGNAL);
-    }
-    for (std::thread& relay : relays)
-        relay.join();
-    for (const int client : std::as_const(clients))
-        ::close(client);
-}
-
-void StallingServer::relayConnection(int client)
-{
-    const int upstream = connectTo(m_behaviour.upstreamPort);
+    const int upstream = connectToLoopback(m_behaviour.upstreamPort);
     if (upstream < 0)
         return;
     char buffer[16384];
     bool frozen = false;
-    while (!m_stopping) {
+    while (!stopping) {
         pollfd sides[2] = {{client, POLLIN, 0}, {upstream, short(frozen ? 0 : POLLIN), 0}};
         if (::poll(sides, 2, 50) <= 0)
             continue;
@@ -117,9 +64,6 @@ void StallingServer::relayConnection(int client)
             frozen = m_forwarded.load() >= m_behaviour.forwardedBytes;
         }
     }
-    // The client's side stays open (closed with the server) so it sees silence, not an end.
-    while (!m_stopping)
-        ::usleep(20000);
     ::close(upstream);
 }
 

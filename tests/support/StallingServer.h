@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LoopbackServer.h"
+
 #include <QByteArray>
 
 #include <atomic>
 #include <cstdint>
-#include <thread>
+#include <memory>
 
 namespace corvane::test {
 
@@ -41,16 +43,14 @@ public:
     std::int64_t forwarded() const { return m_forwarded.load(); }
 
 private:
-    void serve();
-    void relayConnection(int client);
+    void relayConnection(int client, const std::atomic<bool>& stopping);
 
     int m_listener = -1;
     int m_queueFiller = -1;
     std::uint16_t m_port = 0;
     Behaviour m_behaviour;
     std::atomic<std::int64_t> m_forwarded{0};
-    std::atomic<bool> m_stopping{false};
-    std::thread m_thread;
+    std::unique_ptr<LoopbackServer> m_server;
 };
 
 } // namespace corvane::test

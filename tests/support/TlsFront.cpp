@@ -7,8 +7,6 @@
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -40,20 +38,6 @@ bool makeCertificates(const QString& directory)
                                "-out", "server.crt", "-days", "1", "-extfile", "server.ext"});
 }
 
-int connectTo(std::uint16_t port)
-{
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        ::close(socket);
-        return -1;
-    }
-    return socket;
-}
-
 } // namespace
 
 TlsFront::TlsFront(std::uint16_t upstreamPort) : m_upstreamPort(upstreamPort)
@@ -67,49 +51,22 @@ TlsFront::TlsFront(std::uint16_t upstreamPort) : m_upstreamPort(upstreamPort)
         return;
     }
     m_context = context;
-    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(m_listener, 16) != 0
-        || ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        return;
-    m_port = ntohs(address.sin_port);
-    m_thread = std::thread([this] { serve(); });
+    m_server = std::make_unique<LoopbackServer>([this](int client, const std::atomic<bool>& stopping) { relay(client, stopping); });
 }
 
 TlsFront::~TlsFront()
 {
-    m_stopping = true;
-    if (m_thread.joinable())
-        m_thread.join();
-    for (std::thread& connection : m_connections)
-        connection.join();
-    if (m_listener >= 0)
-        ::close(m_listener);
+    m_server.reset(); // its relays use the context
     SSL_CTX_free(static_cast<SSL_CTX*>(m_context));
 }
 
-void TlsFront::serve()
-{
-    while (!m_stopping) {
-        pollfd listening{m_listener, POLLIN, 0};
-        if (::poll(&listening, 1, 50) <= 0)
-            continue;
-        const int client = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (client >= 0)
-            m_connections.emplace_back([this, client] { relay(client); });
-    }
-}
-
-void TlsFront::relay(int client)
+void TlsFront::relay(int client, const std::atomic<bool>& stopping)
 {
     SSL* tls = SSL_new(static_cast<SSL_CTX*>(m_context));
     SSL_set_fd(tls, client);
-    const int upstream = SSL_accept(tls) == 1 ? connectTo(m_upstreamPort) : -1;
+    const int upstream = SSL_accept(tls) == 1 ? connectToLoopback(m_upstreamPort) : -1;
     char buffer[16384];
-    while (upstream >= 0 && !m_stopping) {
+    while (upstream >= 0 && !stopping) {
         pollfd sides[2] = {{client, POLLIN, 0}, {upstream, POLLIN, 0}};
         if (SSL_pending(tls) == 0 && ::poll(sides, 2, 50) <= 0)
             continue;

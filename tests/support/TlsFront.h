@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LoopbackServer.h"
+
 #include <QString>
 #include <QTemporaryDir>
 
 #include <atomic>
 #include <cstdint>
-#include <thread>
-#include <vector>
+#include <memory>
 
 namespace corvane::test {
 
@@ -22,22 +23,17 @@ public:
     TlsFront(const TlsFront&) = delete;
     TlsFront& operator=(const TlsFront&) = delete;
 
-    bool isRunning() const { return m_port != 0; }
-    std::uint16_t port() const { return m_port; }
+    bool isRunning() const { return m_server != nullptr; }
+    std::uint16_t port() const { return m_server ? m_server->port() : 0; }
     QString caFile() const { return m_files.filePath(QStringLiteral("ca.crt")); }
 
 private:
-    void serve();
-    void relay(int client);
+    void relay(int client, const std::atomic<bool>& stopping);
 
     QTemporaryDir m_files;
     std::uint16_t m_upstreamPort;
     void* m_context = nullptr; // SSL_CTX
-    int m_listener = -1;
-    std::uint16_t m_port = 0;
-    std::atomic<bool> m_stopping{false};
-    std::thread m_thread;
-    std::vector<std::thread> m_connections;
+    std::unique_ptr<LoopbackServer> m_server;
 };
 
 } // namespace corvane::test

@@ -328,20 +328,22 @@ private slots:
         QCOMPARE(QUrl(url, QUrl::StrictMode).toLocalFile(), directory);
     }
 
-    // A large directory is decoded on two cores; the outcome must be the one of reading the files one
-    // after another in listing order: the same themes in the same order, equal names in listing order,
-    // and the failure of the first broken file in listing order, wherever the halves meet.
+    // A large directory is decoded on two cores, in batches of files; the outcome must be the one of
+    // reading the files one after another in listing order: the same themes in the same order, equal
+    // names in listing order, and the failure of the first broken file in listing order, wherever
+    // batches meet and whichever thread decodes them.
     void readsLargeDirectoriesAsInListingOrder_data()
     {
         QTest::addColumn<QList<int>>("broken"); // positions in the listing; negative: the file is missing
         QTest::newRow("nothing broken") << QList<int>{};
-        QTest::newRow("early in the first half") << QList<int>{10};
-        QTest::newRow("last of the first half") << QList<int>{499};
-        QTest::newRow("first of the second half") << QList<int>{500};
+        QTest::newRow("early in the first batch") << QList<int>{10};
+        QTest::newRow("last of a batch") << QList<int>{127};
+        QTest::newRow("first of the next batch") << QList<int>{128};
         QTest::newRow("last file") << QList<int>{999};
-        QTest::newRow("in both halves, the later listed first") << QList<int>{900, 100};
-        QTest::newRow("missing in the second half, broken in the first") << QList<int>{-700, 300};
-        QTest::newRow("missing in the first half, broken in the second") << QList<int>{600, -200};
+        QTest::newRow("in two batches, the later listed first") << QList<int>{900, 100};
+        QTest::newRow("in adjacent batches, the later listed first") << QList<int>{130, 127};
+        QTest::newRow("missing in a later batch, broken in an earlier one") << QList<int>{-700, 300};
+        QTest::newRow("missing in an earlier batch, broken in a later one") << QList<int>{600, -200};
     }
 
     void readsLargeDirectoriesAsInListingOrder()

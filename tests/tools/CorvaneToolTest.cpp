@@ -14,6 +14,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -388,6 +389,44 @@ private slots:
                                     "local themes to start fresh.\n") && run.err.count('\n') == 2, qPrintable(run.err));
         QCOMPARE(QDir(scene.installed).entryList(QDir::Files | QDir::Hidden), QStringList{"aurora.theme.json"});
         QCOMPARE(trash.trashedNames(), QStringList{});
+    }
+
+    void showsTheClonesProgressOnATerminalOnly_data()
+    {
+        QTest::addColumn<bool>("checking");
+        QTest::newRow("list") << false;
+        QTest::newRow("check") << true;
+    }
+
+    void showsTheClonesProgressOnATerminalOnly()
+    {
+        QFETCH(bool, checking);
+        if (QStandardPaths::findExecutable("script").isEmpty())
+            QSKIP("needs script(1) for a terminal");
+        Scene scene(true);
+        QVERIFY(scene.daemon->isRunning());
+        for (int index = 0; index < 300; ++index)
+            writeTheme(scene.remote.themesDirectory(), QString("t%1.theme.json").arg(index), QString("T%1").arg(index),
+                       "dark", {"Ann"}, "1.0.0");
+        scene.publish();
+        QStringList arguments{checking ? "check" : "list", "--remote", scene.daemon->url("remote").toString(), "--clone", scene.clone};
+        if (!checking)
+            arguments << "--installed" << scene.installed;
+        // stderr on a terminal of its own, stdout to a file.
+        const QString out = scene.dir.filePath("out.txt");
+        QProcess terminal;
+        terminal.start("script", {"-qec", QStringList(CORVANE_TOOL_PATH).join(' ') + ' ' + arguments.join(' ') + " > " + out, "/dev/null"});
+        QVERIFY(terminal.waitForFinished(120000));
+        QCOMPARE(terminal.exitCode(), 0);
+        const QString shown = QString::fromUtf8(terminal.readAllStandardOutput());
+        QVERIFY2(shown.contains("\r\x1b[KReceiving objects: ") && shown.contains("\r\x1b[KChecking out files: 303 of 303"),
+                 qPrintable(shown.left(300)));
+        QVERIFY2(shown.endsWith("\r\x1b[K"), "the progress line is not wiped");
+        // Without a terminal (the clone is there now): the same output, nothing on stderr.
+        const Run again = runTool(arguments);
+        QCOMPARE(again.err, QString());
+        QCOMPARE(QString::fromUtf8(readFile(out)), again.out);
+        QCOMPARE(again.lines().size(), checking ? 1 : 303);
     }
 };
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CommandLine.h"
 #include "Commands.h"
+#include "TerminalProgress.h"
 
-#include "Corvane/module/CorvaneModule.h"
+#include "Corvane/module/CorvaneService.h"
 
 #include <QCoreApplication>
 
@@ -32,8 +33,11 @@ int runCheck(const QStringList& arguments)
         sinceCommit = commandLine.parser().value(since);
 
     int exitStatus = failed;
-    const CorvaneModule module(commandLine.configuration());
-    module.hasUpdates(sinceCommit, [&exitStatus](const ThemeRepositoryStatus& status) {
+    TerminalProgress terminal;
+    CorvaneService service(commandLine.configuration());
+    service.reportProgressTo(terminal.reporter());
+    service.checkInBackground(sinceCommit, CorvaneService::defaultTimeLimit, [&exitStatus, &terminal](const ThemeRepositoryStatus& status) {
+        terminal.finish();
         std::visit(
             [&exitStatus](const auto& result) {
                 using Case = std::decay_t<decltype(result)>;

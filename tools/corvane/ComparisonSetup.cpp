@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ComparisonSetup.h"
+#include "TerminalProgress.h"
 
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 #include "Corvane/sources/LocalThemeFetcher.h"
@@ -19,9 +20,12 @@ std::shared_ptr<ThemeReader> makeReader()
 
 } // namespace
 
-std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration)
+std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration,
+                                                                ReportsSynchronizationProgress progress)
 {
-    auto remote = std::make_shared<RemoteThemeFetcher>(SynchronizedRepository(configuration), makeReader());
+    SynchronizedRepository repository(configuration);
+    repository.reportProgressTo(std::move(progress));
+    auto remote = std::make_shared<RemoteThemeFetcher>(std::move(repository), makeReader());
     auto local = std::make_shared<LocalThemeFetcher>(configuration.installedThemeDirectory(), makeReader(),
                                                      FileManager::shared());
     return std::make_shared<FindThemeDifferences>(configuration.installedThemeDirectory(), std::move(remote),
@@ -30,8 +34,12 @@ std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configurat
 
 Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration)
 {
+    Result<QList<ThemeDifference>, ThemeDifferencesError> differences = [&] {
+        TerminalProgress terminal;
+        return makeThemeDifferenceFinder(configuration, terminal.reporter())->findDifferences();
+    }();
     return bimap(
-        makeThemeDifferenceFinder(configuration)->findDifferences(),
+        std::move(differences),
         [](QList<ThemeDifference> differences) {
             QList<ThemeRow> rows;
             rows.reserve(differences.size());

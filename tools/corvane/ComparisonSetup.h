@@ -5,6 +5,7 @@
 #include "Corvane/module/Configuration.h"
 #include "Corvane/presentation/SkippedVersions.h"
 #include "Corvane/presentation/ThemeEntry.h"
+#include "Corvane/sources/SynchronizationProgress.h"
 
 #include <QList>
 #include <QString>
@@ -16,7 +17,9 @@ namespace corvane::cli {
 // The comparison behind the updater window, built from the three locations the way the window's
 // assembly builds it: a synchronised clone and the installed-themes directory, each read by a reader
 // of its own.
-std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration);
+// The clone's synchronisation reports to progress, when given.
+std::shared_ptr<FindThemeDifferences> makeThemeDifferenceFinder(const Configuration& configuration,
+                                                                ReportsSynchronizationProgress progress = {});
 
 // A difference together with the row the window shows for it.
 struct ThemeRow {
@@ -27,7 +30,8 @@ struct ThemeRow {
 };
 
 // Runs the comparison on the calling thread (a command has nothing else to do meanwhile). On failure
-// the text is exactly what the window's alert would show.
+// the text is exactly what the window's alert would show. The synchronisation's progress shows on
+// stderr when it is a terminal.
 Result<QList<ThemeRow>, QString> findThemeRows(const Configuration& configuration);
 
 // Leaves out the rows of versions the user skipped, as the window does.
