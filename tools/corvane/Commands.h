@@ -11,6 +11,7 @@ int runLint(const QStringList& arguments);
 int runCheck(const QStringList& arguments);
 int runList(const QStringList& arguments);
 int runInstall(const QStringList& arguments);
+int runUndo(const QStringList& arguments);
 int runShow(const QStringList& arguments);
 
 } // namespace corvane::cli

@@ -23,6 +23,7 @@ constexpr Subcommand subcommands[] = {
     {"check", corvane::cli::runCheck, false, "tell whether the theme repository moved on since a commit"},
     {"list", corvane::cli::runList, false, "list the new and updated themes the updater window would show"},
     {"install", corvane::cli::runInstall, false, "install or update themes as the window's buttons do"},
+    {"undo", corvane::cli::runUndo, false, "undo the last install batch in an installed-themes directory"},
     {"lint", corvane::cli::runLint, false, "check every theme file of a directory"},
     {"show", corvane::cli::runShow, true, "open the updater window, or render it to a PNG"},
 };
