@@ -35,4 +35,9 @@ std::unique_ptr<UpdatesThemes> CorvaneModule::corvane(QWidget* parent, QSettings
     return CorvaneWireframe::create(m_configuration, parent, frameSettings);
 }
 
+Result<UndoneInstall, TextError> CorvaneModule::undoLastInstall() const
+{
+    return corvane::undoLastInstall(m_configuration.installedThemeDirectory());
+}
+
 } // namespace corvane

@@ -6,6 +6,7 @@
 #include "Corvane/module/RepositoryCheckHandle.h"
 #include "Corvane/module/ThemeRepositoryStatus.h"
 #include "Corvane/module/UpdatesThemes.h"
+#include "Corvane/undo/UndoLastInstall.h"
 
 #include <QString>
 
@@ -42,6 +43,12 @@ public:
     // "Corvane", or, without one, in the application's default QSettings.
     // Main thread only; needs a QApplication.
     std::unique_ptr<UpdatesThemes> corvane(QWidget* parent = nullptr, QSettings* frameSettings = nullptr) const;
+
+    // Takes back the last install batch made in the installed-themes directory (by an updater window
+    // or the command-line tool): the files it wrote go to the Trash, the files it replaced come back.
+    // When any file changed since, nothing changes and the error names it. An open updater window
+    // shows the change after its next refresh. Main thread or any other; blocks while it moves files.
+    Result<UndoneInstall, TextError> undoLastInstall() const;
 
 private:
     Configuration m_configuration;

@@ -6,6 +6,7 @@
 #include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/ThemeTableView.h"
+#include "Corvane/ui/UndoNotice.h"
 #include "ui_ThemeList.h"
 
 #include <QApplication>
@@ -32,8 +33,15 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_tableViewModel(new ThemeTableModel(this))
     , m_loadingViewController(new LoadingViewController)
     , m_allUpToDateViewController(new AllUpdatedViewController)
+    , m_undoNotice(new UndoNotice)
 {
     m_ui->setupUi(this);
+    // Between the find field and the list, where the eye is after pressing a row's button.
+    m_ui->contentLayout->insertWidget(1, m_undoNotice);
+    connect(m_undoNotice, &UndoNotice::undoRequested, this, [this] {
+        if (const auto delegate = m_delegate.lock())
+            delegate->undoLastInstall();
+    });
     showUpdateAllTitle();
     //% "Refresh"
     m_ui->refreshButton->setText(localizedString(QT_TRID_NOOP("corvane.list.refresh"), "Refresh"));
@@ -142,6 +150,12 @@ void ThemeListViewController::setBusy(bool loading, bool installing)
 {
     m_loading = loading;
     m_installing = installing;
+    m_undoNotice->setUndoEnabled(!loading && !installing);
+}
+
+void ThemeListViewController::showUndoNotice(const InstallBatchSummary& summary)
+{
+    m_undoNotice->showFor(summary);
 }
 
 bool ThemeListViewController::acceptsRowActions() const

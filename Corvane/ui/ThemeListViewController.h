@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/presentation/InstallBatchSummary.h"
 #include "Corvane/presentation/ThemeEntry.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
 #include "Corvane/ui/ThemeCellView.h"
@@ -24,6 +25,7 @@ class AllUpdatedViewController;
 class LoadingViewController;
 class ThemeTableModel;
 class ThemeTableView;
+class UndoNotice;
 
 // The content of the updater window: the list of new and updated themes and the buttons Update All,
 // Refresh and Open Theme Folder. Turns presses into requests to its delegate, and switches the
@@ -50,6 +52,8 @@ public:
     // counts the copies ("Updating 340 of 2,000…") until the batch ends.
     void showInstallProgress(qsizetype installed, qsizetype total);
     void showInstallEnded();
+    // After a batch: the notice above the list that offers to undo it.
+    void showUndoNotice(const InstallBatchSummary& summary);
 
     // Whether a row's button press installs now. Not while the list reloads or a batch runs, and not
     // within a double-click interval after the rows moved: the second click of a quick pair would
@@ -67,6 +71,7 @@ public:
     QPushButton* openThemeDirectoryButton() const;
     LoadingViewController* loadingViewController() const { return m_loadingViewController; }
     AllUpdatedViewController* allUpToDateViewController() const { return m_allUpToDateViewController; }
+    UndoNotice* undoNotice() const { return m_undoNotice; }
 
     // Whether an overlay is still fading.
     bool isAnimating() const;
@@ -98,6 +103,7 @@ private:
     ThemeTableModel* m_tableViewModel;
     LoadingViewController* m_loadingViewController;
     AllUpdatedViewController* m_allUpToDateViewController;
+    UndoNotice* m_undoNotice;
 
     bool m_loading = false;
     bool m_installing = false;
