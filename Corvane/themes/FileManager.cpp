@@ -302,7 +302,7 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     std::optional<QCryptographicHash> digest;
     if (record)
         digest.emplace(QCryptographicHash::Sha256);
-    const QByteArray recordedName = destination.mid(destination.lastIndexOf('/') + 1);
+    const QByteArray recordedName = record ? destination.mid(destination.lastIndexOf('/') + 1) : QByteArray();
 
     // The new content goes to a hidden temporary file beside the destination first, so that the
     // destination only ever holds a whole file: the old one, or the new one.

@@ -11,6 +11,7 @@
 #include "Corvane/undo/InstallRecordFile.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 
 #include <cerrno>
 #include <cstdio>
@@ -78,6 +79,28 @@ int moveBack(const QByteArray& from, const QByteArray& to)
         return errno;
     ::unlink(from.constData());
     return 0;
+}
+
+// An update undone in one step: the version the batch wrote and the one it replaced trade places, so
+// the file is never missing and the written version lies in the Trash under the replaced one's info
+// file, which names the same original path. Only its deletion time is brought up to date. False when
+// the file system cannot exchange two names.
+bool exchangeWithTrashed(const QByteArray& destination, const QByteArray& trashedItem)
+{
+    if (::renameat2(AT_FDCWD, trashedItem.constData(), AT_FDCWD, destination.constData(), RENAME_EXCHANGE) != 0)
+        return false;
+    Descriptor info(::open(Trash::infoFileOf(trashedItem).constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+    char content[16 * 1024];
+    const ssize_t length = info.get() < 0 ? -1 : ::pread(info.get(), content, sizeof content, 0);
+    if (length <= 0)
+        return true;
+    const QByteArrayView text(content, length);
+    const qsizetype start = text.indexOf("\nDeletionDate=");
+    const QByteArray now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toLatin1();
+    // The same length as what this module writes; another program's form of the date is left alone.
+    if (start >= 0 && start + 14 + now.size() < length && text[start + 14 + now.size()] == '\n')
+        [[maybe_unused]] const ssize_t written = ::pwrite(info.get(), now.constData(), std::size_t(now.size()), start + 14);
+    return true;
 }
 
 struct Pending {
@@ -188,6 +211,13 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
             return refuse(QT_TRID_NOOP("corvane.undo.failed"), "Undoing the install stopped at '%@': %@",
                           {shown(step.destination), reason});
         };
+        if (!step.copy.digest.isEmpty() && !step.copy.trashedItem.isEmpty()
+            && exchangeWithTrashed(step.destination, step.copy.trashedItem)) {
+            undone.append({UndoneFile::Change::movedToTrash, shown(step.destination)});
+            undone.append({UndoneFile::Change::restored, shown(step.destination)});
+            appendUndone(record.get(), folder, step.index);
+            continue;
+        }
         if (!step.copy.digest.isEmpty()) {
             if (auto trashed = Trash::moveItem(step.destination); !trashed)
                 return stopped(trashed.error().text);

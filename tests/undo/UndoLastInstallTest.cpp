@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -147,6 +148,14 @@ private slots:
         QCOMPARE(scene.themes(), beforeLast);
         // The restored versions leave the Trash whole: no info file stays behind without its item.
         QCOMPARE(QDir(trash.infoDirectory()).entryList(QDir::Files).size(), trash.trashedNames().size());
+        // What the batch wrote lies in the Trash.
+        QSet<QByteArray> inTrash;
+        for (const QString& name : trash.trashedNames())
+            inTrash.insert(readFile(trash.filesDirectory() + '/' + name));
+        for (const QString& change : changes) {
+            if (change.startsWith("trashed "))
+                QVERIFY2(inTrash.contains(readFile(scene.source + '/' + change.mid(8))), qPrintable(change));
+        }
         QVERIFY(!undoLastInstall(QUrl::fromLocalFile(scene.installed)));
     }
 
