@@ -397,10 +397,6 @@
         <source>Undo</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.undo-notice.dismiss">
-        <source>Dismiss</source>
-        <translation type="unfinished"></translation>
-    </message>
     <message id="corvane.undo-notice.updated-one">
         <source>Updated %@</source>
         <translation type="unfinished"></translation>
@@ -415,10 +411,6 @@
     </message>
     <message id="corvane.undo-notice.installed-many">
         <source>Installed %@ themes</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message id="corvane.undo-notice.mixed">
-        <source>Installed or updated %@ themes</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.nothing">

@@ -397,10 +397,6 @@
         <source>Undo</source>
         <translation>Rückgängig</translation>
     </message>
-    <message id="corvane.undo-notice.dismiss">
-        <source>Dismiss</source>
-        <translation>Ausblenden</translation>
-    </message>
     <message id="corvane.undo-notice.updated-one">
         <source>Updated %@</source>
         <translation>%@ aktualisiert</translation>
@@ -416,10 +412,6 @@
     <message id="corvane.undo-notice.installed-many">
         <source>Installed %@ themes</source>
         <translation>%@ Themes installiert</translation>
-    </message>
-    <message id="corvane.undo-notice.mixed">
-        <source>Installed or updated %@ themes</source>
-        <translation>%@ Themes installiert oder aktualisiert</translation>
     </message>
     <message id="corvane.undo.nothing">
         <source>There is no install to undo in &apos;%@&apos;.</source>

@@ -36,8 +36,9 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_undoNotice(new UndoNotice)
 {
     m_ui->setupUi(this);
-    // Between the find field and the list, where the eye is after pressing a row's button.
-    m_ui->contentLayout->insertWidget(1, m_undoNotice);
+    // In the button bar's free middle, so that its coming and going never moves the rows under the
+    // pointer: the press that made the batch may well be followed by another.
+    m_ui->buttonLayout->insertWidget(1, m_undoNotice, 1);
     connect(m_undoNotice, &UndoNotice::undoRequested, this, [this] {
         if (const auto delegate = m_delegate.lock())
             delegate->undoLastInstall();

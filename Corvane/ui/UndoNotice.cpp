@@ -2,6 +2,7 @@
 #include "Corvane/ui/UndoNotice.h"
 
 #include "Corvane/module/Localized.h"
+#include "Corvane/ui/ElidedLabel.h"
 #include "Corvane/ui/SecondaryText.h"
 
 #include <QEvent>
@@ -14,9 +15,8 @@ namespace corvane {
 
 UndoNotice::UndoNotice(QWidget* parent)
     : QFrame(parent)
-    , m_text(new QLabel(this))
+    , m_text(new ElidedLabel(this))
     , m_undo(new QPushButton(this))
-    , m_dismiss(new QPushButton(this))
 {
     setObjectName(QStringLiteral("undoNotice"));
     m_text->setObjectName(QStringLiteral("undoNoticeText"));
@@ -27,20 +27,14 @@ UndoNotice::UndoNotice(QWidget* parent)
     m_undo->setFlat(true);
     m_undo->setAutoDefault(false);
     m_undo->setCursor(Qt::PointingHandCursor);
-    m_dismiss->setObjectName(QStringLiteral("dismissUndoButton"));
-    m_dismiss->setText(QStringLiteral("×"));
-    //% "Dismiss"
-    m_dismiss->setAccessibleName(localizedString(QT_TRID_NOOP("corvane.undo-notice.dismiss"), "Dismiss"));
-    m_dismiss->setToolTip(m_dismiss->accessibleName());
-    m_dismiss->setFlat(true);
-    m_dismiss->setAutoDefault(false);
 
     auto layout = new QHBoxLayout(this);
-    layout->setContentsMargins(12, 0, 8, 6);
-    layout->setSpacing(4);
+    layout->setContentsMargins(6, 0, 0, 0);
+    layout->setSpacing(0);
     layout->addWidget(m_text, 1);
     layout->addWidget(m_undo);
-    layout->addWidget(m_dismiss);
+    // A long count is shortened with "…" rather than pushing the buttons out of the bar.
+    m_undo->setMaximumWidth(m_undo->fontMetrics().horizontalAdvance(m_undo->text()) + 24);
     applyColours();
     hide();
 
@@ -48,7 +42,6 @@ UndoNotice::UndoNotice(QWidget* parent)
         hide();
         emit undoRequested();
     });
-    connect(m_dismiss, &QPushButton::clicked, this, &QWidget::hide);
 }
 
 QString UndoNotice::describe(const InstallBatchSummary& summary)
@@ -69,14 +62,10 @@ QString UndoNotice::describe(const InstallBatchSummary& summary)
         return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.updated-many"), "Updated %@ themes"),
                                 {count});
     }
-    if (summary.updated == 0) {
-        //% "Installed %@ themes"
-        return fillPlaceholders(
-            localizedString(QT_TRID_NOOP("corvane.undo-notice.installed-many"), "Installed %@ themes"), {count});
-    }
-    //% "Installed or updated %@ themes"
+    // New themes among updates: each was installed, the updates as new versions.
+    //% "Installed %@ themes"
     return fillPlaceholders(
-        localizedString(QT_TRID_NOOP("corvane.undo-notice.mixed"), "Installed or updated %@ themes"), {count});
+        localizedString(QT_TRID_NOOP("corvane.undo-notice.installed-many"), "Installed %@ themes"), {count});
 }
 
 void UndoNotice::showFor(const InstallBatchSummary& summary)

@@ -10,9 +10,9 @@ class QPushButton;
 
 namespace corvane {
 
-// The quiet line above the list after an install batch: what it did ("Updated 5 themes", "Installed
-// Aurora") and an Undo button. Not an alert: it waits until the user takes it, dismisses it, or the
-// next batch replaces it.
+// The quiet note in the button bar after an install batch: what it did ("Updated 5 themes", "Installed
+// Aurora") and an Undo button. Not an alert: it waits until the user takes it or the next batch
+// replaces it.
 class UndoNotice : public QFrame {
     Q_OBJECT
 
@@ -41,7 +41,6 @@ private:
 
     QLabel* m_text;
     QPushButton* m_undo;
-    QPushButton* m_dismiss;
 };
 
 } // namespace corvane
