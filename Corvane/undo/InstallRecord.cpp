@@ -64,11 +64,14 @@ InstallRecord::InstallRecord(const QUrl& installedDirectory)
 InstallRecord::~InstallRecord()
 {
     std::erase(activeRecords, this);
-    if (m_descriptor >= 0) {
-        if (!DeferredSync::defer(InstallRecordFile::folderOf(m_directory)))
-            ::fsync(m_descriptor);
-        ::close(m_descriptor);
-    }
+    if (m_descriptor < 0)
+        return;
+    const QByteArray folder = InstallRecordFile::folderOf(m_directory);
+    if (!m_changed) // the previous batch stays the one to undo
+        ::unlink((folder + '/' + m_name).constData());
+    else if (!DeferredSync::defer(folder))
+        ::fsync(m_descriptor);
+    ::close(m_descriptor);
 }
 
 InstallRecord* InstallRecord::activeFor(const QByteArray& directory)
@@ -96,8 +99,12 @@ void InstallRecord::noteReplacing(const QByteArray& name)
 
 void InstallRecord::noteCopied(const QByteArray& name, const QByteArray& digest, const QByteArray& trashedItem)
 {
-    append("copied " + InstallRecordFile::field(name) + ' ' + InstallRecordFile::field(digest.toHex()) + ' '
-           + InstallRecordFile::field(trashedItem));
+    const bool written = append("copied " + InstallRecordFile::field(name) + ' '
+                                + InstallRecordFile::field(digest.toHex()) + ' ' + InstallRecordFile::field(trashedItem));
+    if (written && !m_changed && !(digest.isEmpty() && trashedItem.isEmpty())) {
+        m_changed = true;
+        removeRecordsBut(InstallRecordFile::folderOf(m_directory), m_name);
+    }
 }
 
 bool InstallRecord::append(const QByteArray& line)
@@ -110,13 +117,12 @@ bool InstallRecord::append(const QByteArray& line)
             m_broken = true;
             return false;
         }
-        const QByteArray name = newRecordName();
-        m_descriptor = ::open((folder + '/' + name).constData(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600);
+        m_name = newRecordName();
+        m_descriptor = ::open((folder + '/' + m_name).constData(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600);
         if (m_descriptor < 0) {
             m_broken = true;
             return false;
         }
-        removeRecordsBut(folder, name);
         if (!append(InstallRecordFile::header))
             return false;
     }

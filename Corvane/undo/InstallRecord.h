@@ -17,8 +17,9 @@ namespace corvane {
 // it happens: before the file it replaces goes to the Trash, and again once the new file is in
 // place, with the digest of the bytes written and where the replaced file went. A kill between the
 // two leaves a record that undo refuses, naming the file, rather than one that silently forgets it.
-// The record is made with the batch's first copy and replaces the directory's previous one: only
-// the last batch can be undone. A batch that copies nothing leaves the previous record as it is.
+// The record is made with the batch's first copy and replaces the directory's previous one once the
+// batch has changed a file: only the last batch can be undone. A batch that changes nothing leaves
+// the previous record as it is.
 class InstallRecord {
 public:
     explicit InstallRecord(const QUrl& installedDirectory);
@@ -40,6 +41,8 @@ private:
     bool append(const QByteArray& line);
 
     QByteArray m_directory;
+    QByteArray m_name;
+    bool m_changed = false;
     std::optional<std::pair<dev_t, ino_t>> m_identity;
     int m_descriptor = -1;
     bool m_broken = false;

@@ -31,13 +31,19 @@ struct Scene {
         writeTheme(installed, "nimbus.theme.json", "Nimbus", "dark", {"Ann"}, "1.0.0");
     }
 
-    // One batch, as the window or the tool makes it.
-    void install(const QStringList& names) const
+    // One batch, as the window or the tool makes it. A name marked "!" fails: the Trash refuses the
+    // file it replaces.
+    void install(const QStringList& names, const TrashSandbox& trash) const
     {
         const InstallRecord record(QUrl::fromLocalFile(installed));
-        for (const QString& name : names) {
-            const QString file = name + ".theme.json";
-            QVERIFY(FileManager::shared()->copy(CopyCommand{source + '/' + file, installed + '/' + file}).has_value());
+        for (QString name : names) {
+            const bool fails = name.startsWith('!');
+            if (fails)
+                writeFile(trash.dataHome() + "/Trash", "files", "");
+            const QString file = name.remove('!') + ".theme.json";
+            QCOMPARE(FileManager::shared()->copy(CopyCommand{source + '/' + file, installed + '/' + file}).has_value(), !fails);
+            if (fails)
+                QVERIFY(QFile::remove(trash.dataHome() + "/Trash/files"));
         }
     }
 
@@ -89,6 +95,8 @@ private slots:
         QTest::newRow("only the last batch")
             << QStringList{"aurora", "nimbus"}
             << QStringList{"trashed nimbus.theme.json", "restored nimbus.theme.json"} << "" << "";
+        QTest::newRow("a batch that changed nothing keeps the one before")
+            << QStringList{"aurora", "!solar"} << QStringList{"trashed aurora.theme.json"} << "" << "";
         QTest::newRow("a written file edited since")
             << QStringList{"aurora solar"} << QStringList{} << "edit aurora"
             << "'%1/aurora.theme.json' has changed since it was installed, so the install cannot be undone. Nothing was changed.";
@@ -116,8 +124,9 @@ private slots:
         Scene scene;
         QMap<QString, QByteArray> beforeLast = scene.themes();
         for (const QString& batch : batches) {
-            beforeLast = scene.themes();
-            scene.install(batch.split(' '));
+            if (!batch.startsWith('!')) // a failed batch is not the one undo takes back
+                beforeLast = scene.themes();
+            scene.install(batch.split(' '), trash);
         }
 
         if (tamper == "edit aurora")
@@ -165,7 +174,7 @@ private slots:
         TrashSandbox trash;
         Scene scene;
         const QMap<QString, QByteArray> original = scene.themes();
-        scene.install({"solar", "nimbus"});
+        scene.install({"solar", "nimbus"}, trash);
         QFile record(scene.recordPath());
         QVERIFY(record.open(QIODevice::ReadOnly));
         const QByteArray lines = record.readAll();
