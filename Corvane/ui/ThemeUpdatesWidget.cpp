@@ -34,6 +34,18 @@ ThemeUpdatesWidget::ThemeUpdatesWidget(const Configuration& configuration, QWidg
         if (widget)
             emit widget->themesInstalled(files);
     };
+    m_parts->core.eventHandler->installBatchEnded = [widget = QPointer<ThemeUpdatesWidget>(this)](
+                                                         const InstallBatchSummary& summary) {
+        if (widget)
+            widget->m_parts->controller->listViewController()->showUndoNotice(summary);
+    };
+    m_parts->core.eventHandler->installUndone = [widget = QPointer<ThemeUpdatesWidget>(this)](const UndoneInstall& undone) {
+        QStringList files;
+        for (const UndoneFile& file : undone)
+            files.append(file.path);
+        if (widget)
+            emit widget->installUndone(files);
+    };
 }
 
 ThemeUpdatesWidget::~ThemeUpdatesWidget() = default;

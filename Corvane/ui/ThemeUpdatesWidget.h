@@ -32,6 +32,8 @@ public:
 signals:
     // After each install that installed or updated anything: the paths of the files written, in order.
     void themesInstalled(const QStringList& files);
+    // After the user undid the last install with the notice's Undo: the files moved, in order.
+    void installUndone(const QStringList& files);
 
 protected:
     void showEvent(QShowEvent* event) override;
