@@ -39,8 +39,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> m_parts;
+    struct Graph;
+    std::unique_ptr<Graph> m_graph;
     bool m_shownBefore = false;
 };
 
