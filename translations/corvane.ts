@@ -471,5 +471,69 @@
             <numerusform></numerusform>
         </translation>
     </message>
+    <message id="corvane.undo-failed.title">
+        <source>Undo Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-failed.message">
+        <source>The last install could not be undone.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-failed.continue">
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-failed.resolve">
+        <source>Open Theme Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-notice.undo">
+        <source>Undo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-notice.updated-one">
+        <source>Updated %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-notice.installed-one">
+        <source>Installed %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-notice.updated-many">
+        <source>Updated %@ themes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo-notice.installed-many">
+        <source>Installed %@ themes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.nothing">
+        <source>There is no install to undo in &apos;%@&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.file-changed">
+        <source>&apos;%@&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.trash-entry-gone">
+        <source>The earlier version of &apos;%@&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.in-the-way">
+        <source>Something new stands at &apos;%@&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.record-unreadable">
+        <source>The record of the last install in &apos;%@&apos; cannot be read, so the install cannot be undone.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.interrupted">
+        <source>The last install stopped while replacing &apos;%@&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message id="corvane.undo.failed">
+        <source>Undoing the install stopped at &apos;%@&apos;: %@</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -488,5 +488,69 @@
             <numerusform>Schreibe Dateien: %1 von %2 …</numerusform>
         </translation>
     </message>
+    <message id="corvane.undo-failed.title">
+        <source>Undo Failed</source>
+        <translation>Rückgängig machen fehlgeschlagen</translation>
+    </message>
+    <message id="corvane.undo-failed.message">
+        <source>The last install could not be undone.</source>
+        <translation>Die letzte Installation konnte nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message id="corvane.undo-failed.continue">
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message id="corvane.undo-failed.resolve">
+        <source>Open Theme Folder</source>
+        <translation>Theme-Ordner öffnen</translation>
+    </message>
+    <message id="corvane.undo-notice.undo">
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message id="corvane.undo-notice.updated-one">
+        <source>Updated %@</source>
+        <translation>%@ aktualisiert</translation>
+    </message>
+    <message id="corvane.undo-notice.installed-one">
+        <source>Installed %@</source>
+        <translation>%@ installiert</translation>
+    </message>
+    <message id="corvane.undo-notice.updated-many">
+        <source>Updated %@ themes</source>
+        <translation>%@ Themes aktualisiert</translation>
+    </message>
+    <message id="corvane.undo-notice.installed-many">
+        <source>Installed %@ themes</source>
+        <translation>%@ Themes installiert</translation>
+    </message>
+    <message id="corvane.undo.nothing">
+        <source>There is no install to undo in &apos;%@&apos;.</source>
+        <translation>In &apos;%@&apos; gibt es keine Installation, die rückgängig gemacht werden kann.</translation>
+    </message>
+    <message id="corvane.undo.file-changed">
+        <source>&apos;%@&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
+        <translation>&apos;%@&apos; wurde seit der Installation geändert, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+    </message>
+    <message id="corvane.undo.trash-entry-gone">
+        <source>The earlier version of &apos;%@&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
+        <translation>Die frühere Version von &apos;%@&apos; ist nicht mehr im Papierkorb, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+    </message>
+    <message id="corvane.undo.in-the-way">
+        <source>Something new stands at &apos;%@&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
+        <translation>An der Stelle &apos;%@&apos;, an die die frühere Version zurückkäme, liegt etwas Neues, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+    </message>
+    <message id="corvane.undo.record-unreadable">
+        <source>The record of the last install in &apos;%@&apos; cannot be read, so the install cannot be undone.</source>
+        <translation>Die Aufzeichnung der letzten Installation in &apos;%@&apos; kann nicht gelesen werden, daher kann die Installation nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message id="corvane.undo.interrupted">
+        <source>The last install stopped while replacing &apos;%@&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
+        <translation>Die letzte Installation brach beim Ersetzen von &apos;%@&apos; ab und kann daher nicht rückgängig gemacht werden. Die frühere Version liegt möglicherweise im Papierkorb.</translation>
+    </message>
+    <message id="corvane.undo.failed">
+        <source>Undoing the install stopped at &apos;%@&apos;: %@</source>
+        <translation>Das Rückgängigmachen der Installation hielt bei &apos;%@&apos; an: %@</translation>
+    </message>
 </context>
 </TS>

@@ -29,4 +29,9 @@ RepositoryCheckHandle CorvaneModule::hasUpdates(std::optional<QString> sinceComm
     return RepositoryCheckHandle(std::move(state));
 }
 
+Result<UndoneInstall, TextError> CorvaneModule::undoLastInstall() const
+{
+    return corvane::undoLastInstall(m_configuration.installedThemeDirectory());
+}
+
 } // namespace corvane

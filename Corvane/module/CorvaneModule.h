@@ -7,6 +7,7 @@
 #include "Corvane/module/RepositoryCheckHandle.h"
 #include "Corvane/module/ThemeRepositoryStatus.h"
 #include "Corvane/module/UpdatesThemes.h"
+#include "Corvane/undo/UndoLastInstall.h"
 
 #include <QString>
 
@@ -44,6 +45,12 @@ public:
     // "Corvane", or, without one, in the application's default QSettings.
     // Main thread only; needs a QApplication. Part of Corvane::Widgets.
     CORVANE_WIDGETS_EXPORT std::unique_ptr<UpdatesThemes> corvane(QWidget* parent = nullptr, QSettings* frameSettings = nullptr) const;
+
+    // Takes back the last install batch made in the installed-themes directory (by an updater window
+    // or the command-line tool): the files it wrote go to the Trash, the files it replaced come back.
+    // When any file changed since, nothing changes and the error names it. An open updater window
+    // shows the change after its next refresh. Main thread or any other; blocks while it moves files.
+    CORVANE_EXPORT Result<UndoneInstall, TextError> undoLastInstall() const;
 
 private:
     Configuration m_configuration;

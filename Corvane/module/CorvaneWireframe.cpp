@@ -60,6 +60,20 @@ CorvaneWireframe::CorvaneWireframe(std::shared_ptr<ThemeEntryPresenter> presente
             if (updater)
                 emit updater->themesInstalled(files);
         };
+        m_eventHandler->installUndone = [updater = QPointer<CorvaneWireframe>(this)](const UndoneInstall& undone) {
+            QStringList files;
+            for (const UndoneFile& file : undone)
+                files.append(file.path);
+            if (updater)
+                emit updater->installUndone(files);
+        };
+    }
+    if (m_eventHandler && m_windowController) {
+        m_eventHandler->installBatchEnded = [windowController = std::weak_ptr(m_windowController)](
+                                                const InstallBatchSummary& summary) {
+            if (const auto controller = windowController.lock(); controller && controller->listViewController())
+                controller->listViewController()->showUndoNotice(summary);
+        };
     }
     if (m_windowController)
         connect(m_windowController.get(), &CorvaneWindowController::windowClosed, this, &UpdatesThemes::closed);

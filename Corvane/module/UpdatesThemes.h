@@ -34,6 +34,9 @@ signals:
     // After each install (a row's button, or Update All) that installed or updated anything: the paths
     // of the files written, in order. A batch that stopped at a failure reports what it wrote before it.
     void themesInstalled(const QStringList& files);
+    // The user undid the last install from the window's notice: the paths of the files it touched
+    // (those the batch wrote, now in the Trash, and those it had replaced, back in place).
+    void installUndone(const QStringList& files);
     // The window was closed, by the user or by close().
     void closed();
 

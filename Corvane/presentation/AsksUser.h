@@ -20,6 +20,8 @@ public:
     // The clone or the installed-themes directory could not go to the Trash. True for "Show Directory".
     virtual bool showDirectoryAfterDeletingLocalRepoFailed() = 0;
     virtual bool showDirectoryAfterDeletingInstalledThemesFailed() = 0;
+    // "Undo Failed", with the reason. True for "Open Theme Folder".
+    virtual bool openFolderAfterUndoFailed(const AnyError& error) = 0;
     // Opens a local directory in the desktop's file browser.
     virtual void openDirectory(const QUrl& directory) = 0;
 };

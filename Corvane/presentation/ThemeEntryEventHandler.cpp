@@ -3,11 +3,14 @@
 
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/themes/FileNameEncoding.h"
 #include "Corvane/themes/SourceThemeChanged.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
+
+#include <sys/stat.h>
 
 namespace corvane {
 
@@ -28,7 +31,7 @@ void ThemeEntryEventHandler::installThemes(const QList<CopyCommand>& commands)
 {
     if (m_batch)
         return;
-    m_batch.emplace(commands);
+    m_batch.emplace(commands, m_configuration.installedThemeDirectory());
     continueBatch();
 }
 
@@ -42,12 +45,15 @@ void ThemeEntryEventHandler::continueBatch()
     Batch& batch = *m_batch;
     while (batch.next < batch.commands.size()) {
         const CopyCommand& command = batch.commands.at(batch.next);
+        struct stat existing;
+        const bool replaces = ::lstat(FileNameEncoding::encodeOrEmpty(command.destinationPath).constData(), &existing) == 0;
         if (auto copied = m_fileCopier->copy(command); !copied) {
             const CopyCommand failed = command;
             const bool showedProgress = batch.showedProgress;
             QStringList written = std::move(batch.written);
+            const InstallBatchSummary summary = batch.summary;
             m_batch.reset();
-            reportWritten(std::move(written));
+            reportWritten(std::move(written), summary);
             if (showedProgress)
                 m_presenter->showInstallEnded();
             // The clone moved on since the list was made: nothing is wrong with the user's themes, the
@@ -60,6 +66,9 @@ void ThemeEntryEventHandler::continueBatch()
             return;
         }
         batch.written.append(command.destinationPath);
+        ++(replaces ? batch.summary.updated : batch.summary.installed);
+        if (batch.summary.total() == 1)
+            batch.summary.themeName = command.sourceTheme ? command.sourceTheme->identifier.name() : command.sourceFileName();
         ++batch.next;
         if (canSlice && batch.next < batch.commands.size() && slice.elapsed() >= sliceDuration.count()) {
             // Let the window paint and show how far the batch got; the rest follows from the event loop.
@@ -73,15 +82,35 @@ void ThemeEntryEventHandler::continueBatch()
         }
     }
     QStringList written = std::move(batch.written);
+    const InstallBatchSummary summary = batch.summary;
     m_batch.reset();
-    reportWritten(std::move(written));
+    reportWritten(std::move(written), summary);
     m_presenter->refresh();
 }
 
-void ThemeEntryEventHandler::reportWritten(QStringList files) const
+void ThemeEntryEventHandler::reportWritten(QStringList files, const InstallBatchSummary& summary) const
 {
-    if (themesInstalled && !files.isEmpty())
+    if (files.isEmpty())
+        return;
+    if (installBatchEnded)
+        installBatchEnded(summary);
+    if (themesInstalled)
         themesInstalled(files);
+}
+
+void ThemeEntryEventHandler::undoLastInstall()
+{
+    if (m_batch)
+        return;
+    auto undone = corvane::undoLastInstall(m_configuration.installedThemeDirectory());
+    if (!undone) {
+        if (m_user->openFolderAfterUndoFailed(AnyError(undone.error())))
+            openThemeDirectory();
+        return;
+    }
+    if (installUndone)
+        installUndone(*undone);
+    m_presenter->refresh();
 }
 
 void ThemeEntryEventHandler::copyingFailed(const CopyCommand& command, const AnyError& error)

@@ -5,12 +5,15 @@
 
 #include "Corvane/module/Configuration.h"
 #include "Corvane/presentation/AsksUser.h"
+#include "Corvane/presentation/InstallBatchSummary.h"
 #include "Corvane/presentation/ResetLocalThemeDirectories.h"
 #include "Corvane/presentation/ThemeEntryPresenter.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/DeletesFiles.h"
 #include "Corvane/themes/FileCopier.h"
+#include "Corvane/undo/InstallRecord.h"
+#include "Corvane/undo/UndoLastInstall.h"
 
 #include <QList>
 #include <QStringList>
@@ -43,6 +46,9 @@ public:
     void installThemes(const QList<CopyCommand>& commands) override;
     void refreshThemes() override;
     void openThemeDirectory() override;
+    // Takes back the directory's last install batch, whoever made it; a refusal is shown as an alert.
+    // Ignored while a batch runs.
+    void undoLastInstall() override;
 
     // The reset object, made with the handler's alerts when first needed and kept from then on.
     ResetLocalThemeDirectories& resetLocalThemeDirectories();
@@ -51,6 +57,10 @@ public:
 
     // After each batch that wrote anything, also one stopped by a failure: the files written, in order.
     std::function<void(const QStringList& files)> themesInstalled;
+    // After each batch that wrote anything, for the notice that offers to undo it.
+    std::function<void(const InstallBatchSummary& summary)> installBatchEnded;
+    // After the last batch was undone: what went to the Trash and what came back, in that order.
+    std::function<void(const UndoneInstall& undone)> installUndone;
 
 private:
     const Configuration m_configuration;
@@ -61,19 +71,25 @@ private:
     std::unique_ptr<ResetLocalThemeDirectories> m_resetLocalThemeDirectories;
 
     struct Batch {
-        explicit Batch(QList<CopyCommand> commands) : commands(std::move(commands)) {}
+        Batch(QList<CopyCommand> commands, const QUrl& installedDirectory)
+            : record(installedDirectory), commands(std::move(commands))
+        {
+        }
         // The batch's copies are made durable together, in the background, when it ends. A sync of the
         // file system between slices would compete with the copies' own write-back and stall a frame.
         DeferredSync durability{DeferredSync::Wait::inBackground};
+        // Kept beside the installed themes from the first copy on, so the batch can be undone later.
+        InstallRecord record;
         QList<CopyCommand> commands;
         qsizetype next = 0;
         bool showedProgress = false;
         QStringList written;
+        InstallBatchSummary summary;
     };
     std::optional<Batch> m_batch;
 
     void continueBatch();
-    void reportWritten(QStringList files) const;
+    void reportWritten(QStringList files, const InstallBatchSummary& summary) const;
     void copyingFailed(const CopyCommand& command, const AnyError& error);
 };
 

@@ -19,6 +19,8 @@ public:
     virtual void refreshThemes() = 0;
     // The Open Theme Folder button.
     virtual void openThemeDirectory() = 0;
+    // Undo in the notice shown after an install batch.
+    virtual void undoLastInstall() {}
 };
 
 } // namespace corvane

@@ -15,6 +15,9 @@
 #include "Corvane/themes/ThemeDecoder.h"
 #include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/themes/Trash.h"
+#include "Corvane/undo/InstallRecord.h"
+
+#include <QCryptographicHash>
 
 #include <QDir>
 #include <QFile>
@@ -69,8 +72,9 @@ bool holdsTheme(const char* data, std::size_t length, const CopyCommand::SourceT
     return theme && theme->identifier == expected.identifier && theme->version == expected.version;
 }
 
-// Writes all of the source into the target; 0 or the errno of the failure.
-int copyContent(int source, int target)
+// Writes all of the source into the target, adding it to `digest` when given; 0 or the errno of the
+// failure.
+int copyContent(int source, int target, QCryptographicHash* digest)
 {
     char chunk[64 * 1024];
     while (true) {
@@ -82,6 +86,8 @@ int copyContent(int source, int target)
         }
         if (count == 0)
             return 0;
+        if (digest)
+            digest->addData(QByteArrayView(chunk, count));
         for (ssize_t written = 0; written < count;) {
             const ssize_t step = ::write(target, chunk + written, static_cast<std::size_t>(count - written));
             if (step < 0) {
@@ -291,6 +297,12 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     // never takes the temporary file of one still running.
     const QByteArray directory = destination.left(std::max<qsizetype>(destination.lastIndexOf('/'), 1));
     const InstalledDirectoryLock lock(directory, InstalledDirectoryLock::Wait::untilFree);
+    // A batch that can be undone notes what it wrote and where what it replaced went.
+    InstallRecord* const record = InstallRecord::activeFor(directory);
+    std::optional<QCryptographicHash> digest;
+    if (record)
+        digest.emplace(QCryptographicHash::Sha256);
+    const QByteArray recordedName = record ? destination.mid(destination.lastIndexOf('/') + 1) : QByteArray();
 
     // The new content goes to a hidden temporary file beside the destination first, so that the
     // destination only ever holds a whole file: the old one, or the new one.
@@ -308,8 +320,10 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     }
     const auto discard = [&temporary] { ::unlink(temporary.constData()); };
 
+    if (digest && contentLength)
+        digest->addData(QByteArrayView(content.get(), qsizetype(*contentLength)));
     int code = contentLength ? writeContent(target.get(), content.get(), *contentLength)
-                             : copyContent(source->descriptor(), target.get());
+                             : copyContent(source->descriptor(), target.get(), digest ? &*digest : nullptr);
     if (code == 0 && ::fchmod(target.get(), source->mode() & 07777) != 0)
         code = errno;
     // The data is on disk before the rename that shows it, or, in a run of installs, with the run.
@@ -325,17 +339,29 @@ Result<void, AnyError> FileManager::copy(const CopyCommand& command) const
     // Whatever stands at the destination goes to the Trash, never away for good: an old theme file,
     // a directory, a symbolic link (even one that leads nowhere).
     struct stat existing;
+    QByteArray trashedItem;
     if (::lstat(destination.constData(), &existing) == 0) {
-        if (auto trashed = Trash::moveItem(destination); !trashed) {
+        if (record)
+            record->noteReplacing(recordedName);
+        auto trashed = Trash::moveItem(destination);
+        if (!trashed) {
+            if (record)
+                record->noteCopied(recordedName, {}, {});
             discard();
             return fail(trashFailure(FileNameEncoding::displayed(destinationPath), trashed.error().text));
         }
+        trashedItem = std::move(*trashed);
     }
     if (::rename(temporary.constData(), destination.constData()) != 0) {
         code = errno;
+        // The replaced file is in the Trash with nothing in its place: undo can still bring it back.
+        if (record)
+            record->noteCopied(recordedName, {}, trashedItem);
         discard();
         return failed(RegularFile::describeErrno(code));
     }
+    if (record)
+        record->noteCopied(recordedName, digest->result(), trashedItem);
     // Make the rename itself durable; a failure here leaves a complete file in place, so it is ignored.
     if (DeferredSync::defer(directory))
         return {};

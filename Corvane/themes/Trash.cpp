@@ -254,7 +254,7 @@ QByteArray realDirectory(const QByteArray& directory)
 
 } // namespace
 
-Result<void, TextError> Trash::moveItem(const QByteArray& path)
+Result<QByteArray, TextError> Trash::moveItem(const QByteArray& path)
 {
     struct stat item;
     if (path.isEmpty() || ::lstat(path.constData(), &item) != 0)
@@ -320,8 +320,14 @@ Result<void, TextError> Trash::moveItem(const QByteArray& path)
             }
             return fail(RegularFile::describeErrno(code));
         }
-        return {};
+        return trashed;
     }
+}
+
+QByteArray Trash::infoFileOf(const QByteArray& trashedItem)
+{
+    const QByteArray root = parentOf(parentOf(trashedItem));
+    return root + "/info/" + nameOf(trashedItem) + ".trashinfo";
 }
 
 void Trash::removeOrphanInfoFiles(const QByteArray& directory, const timespec& before)

@@ -24,8 +24,12 @@ namespace corvane {
 // clears later. Paths are the system's bytes.
 class Trash {
 public:
-    // Moves a file, a directory or a symbolic link itself (never what it points to).
-    static Result<void, TextError> moveItem(const QByteArray& path);
+    // Moves a file, a directory or a symbolic link itself (never what it points to). Gives where the
+    // item now lies in the Trash's "files" folder; its info file is infoFileOf that path.
+    static Result<QByteArray, TextError> moveItem(const QByteArray& path);
+
+    // The info file that belongs to an item in a Trash's "files" folder.
+    static QByteArray infoFileOf(const QByteArray& trashedItem);
 
     // Removes info files that name an item of `directory` but whose item never arrived (the process
     // moving it died in between), when they are not newer than `before`. Only the Trashes items of

@@ -109,6 +109,20 @@ bool showDeletingInstalledThemesFailedAlert()
     return !runAlert(texts, nullptr);
 }
 
+bool showUndoFailedAlert(const AnyError& error)
+{
+    AlertTexts texts;
+    //% "Undo Failed"
+    texts.title = localizedString(QT_TRID_NOOP("corvane.undo-failed.title"), "Undo Failed");
+    //% "The last install could not be undone."
+    texts.message = localizedString(QT_TRID_NOOP("corvane.undo-failed.message"), "The last install could not be undone.");
+    //% "OK"
+    texts.firstButton = localizedString(QT_TRID_NOOP("corvane.undo-failed.continue"), "OK");
+    //% "Open Theme Folder"
+    texts.secondButton = localizedString(QT_TRID_NOOP("corvane.undo-failed.resolve"), "Open Theme Folder");
+    return !runAlert(texts, makeErrorDetailField(error));
+}
+
 QLabel* makeErrorDetailField(const AnyError& error)
 {
     auto field = new QLabel;

@@ -20,6 +20,8 @@ bool showCopyingFailedAlert(const QString& fileName, const AnyError& error);
 // True for "Show Directory" (or any answer but "Ignore").
 bool showDeletingLocalRepoFailedAlert();
 bool showDeletingInstalledThemesFailedAlert();
+// "Undo Failed", with the reason (which names the file). True for "Open Theme Folder".
+bool showUndoFailedAlert(const AnyError& error);
 
 // The alerts' detail: plain, selectable, secondary-coloured small text wrapped at 300 pixels and sized
 // to its text. The caller owns the new label.

@@ -11,6 +11,7 @@
 #include "Corvane/ui/ThemePreviewLoader.h"
 #include "Corvane/ui/ThemePreviewView.h"
 #include "Corvane/ui/ThemeTableView.h"
+#include "Corvane/ui/UndoNotice.h"
 #include "ui_ThemeList.h"
 
 #include <QApplication>
@@ -44,8 +45,16 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_loadingViewController(new LoadingViewController)
     , m_allUpToDateViewController(new AllUpdatedViewController)
     , m_summaryClock(new QTimer(this))
+    , m_undoNotice(new UndoNotice)
 {
     m_ui->setupUi(this);
+    // In the button bar's free middle, so that its coming and going never moves the rows under the
+    // pointer: the press that made the batch may well be followed by another.
+    m_ui->buttonLayout->insertWidget(1, m_undoNotice, 1);
+    connect(m_undoNotice, &UndoNotice::undoRequested, this, [this] {
+        if (const auto delegate = m_delegate.lock())
+            delegate->undoLastInstall();
+    });
     showUpdateAllTitle();
     //% "Refresh"
     m_ui->refreshButton->setText(localizedString(QT_TRID_NOOP("corvane.list.refresh"), "Refresh"));
@@ -316,6 +325,12 @@ void ThemeListViewController::setBusy(bool loading, bool installing)
 {
     m_loading = loading;
     m_installing = installing;
+    m_undoNotice->setUndoEnabled(!loading && !installing);
+}
+
+void ThemeListViewController::showUndoNotice(const InstallBatchSummary& summary)
+{
+    m_undoNotice->showFor(summary);
 }
 
 bool ThemeListViewController::acceptsRowActions() const

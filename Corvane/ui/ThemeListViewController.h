@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Corvane/presentation/SkippedVersions.h"
+#include "Corvane/presentation/InstallBatchSummary.h"
 #include "Corvane/presentation/ThemeEntry.h"
 #include "Corvane/presentation/ThemeListViewControllerDelegate.h"
 #include "Corvane/sources/SynchronizationProgress.h"
@@ -35,6 +36,7 @@ class ProvidesThemePreviews;
 class ThemePreviewLoader;
 class ThemeTableModel;
 class ThemeTableView;
+class UndoNotice;
 
 // The content of the updater window: the list of new and updated themes and the buttons Update All,
 // Refresh and Open Theme Folder. Turns presses into requests to its delegate, and switches the
@@ -76,6 +78,9 @@ public:
     void setPreviewProvider(std::shared_ptr<ProvidesThemePreviews> provider);
     ThemePreviewLoader* previewLoader() const { return m_previewLoader.get(); }
 
+    // After a batch: the notice above the list that offers to undo it.
+    void showUndoNotice(const InstallBatchSummary& summary);
+
     // Whether a row's button press installs now. Not while the list reloads or a batch runs, and not
     // within a double-click interval after the rows moved: the second click of a quick pair would
     // land on the row that moved under the pointer.
@@ -92,6 +97,7 @@ public:
     QPushButton* openThemeDirectoryButton() const;
     LoadingViewController* loadingViewController() const { return m_loadingViewController; }
     AllUpdatedViewController* allUpToDateViewController() const { return m_allUpToDateViewController; }
+    UndoNotice* undoNotice() const { return m_undoNotice; }
 
     // Whether an overlay is still fading.
     bool isAnimating() const;
@@ -132,6 +138,7 @@ private:
     ThemeTableModel* m_tableViewModel;
     LoadingViewController* m_loadingViewController;
     AllUpdatedViewController* m_allUpToDateViewController;
+    UndoNotice* m_undoNotice;
 
     QPointer<QSettings> m_settings;
     // Since the last comparison that succeeded; invalid until one has.

@@ -32,13 +32,15 @@ public:
 signals:
     // After each install that installed or updated anything: the paths of the files written, in order.
     void themesInstalled(const QStringList& files);
+    // After the user undid the last install with the notice's Undo: the files moved, in order.
+    void installUndone(const QStringList& files);
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> m_parts;
+    struct Graph;
+    std::unique_ptr<Graph> m_graph;
     bool m_shownBefore = false;
 };
 

@@ -26,6 +26,12 @@ bool WindowAlerts::showDirectoryAfterDeletingInstalledThemesFailed()
     return showDeletingInstalledThemesFailedAlert();
 }
 
+bool WindowAlerts::openFolderAfterUndoFailed(const AnyError& error)
+{
+    AlertWindowScope scope(m_window);
+    return showUndoFailedAlert(error);
+}
+
 void WindowAlerts::openDirectory(const QUrl& directory)
 {
     QDesktopServices::openUrl(directory);

@@ -17,6 +17,7 @@ public:
     bool continueAfterCopyingFailed(const QString& fileName, const AnyError& error) override;
     bool showDirectoryAfterDeletingLocalRepoFailed() override;
     bool showDirectoryAfterDeletingInstalledThemesFailed() override;
+    bool openFolderAfterUndoFailed(const AnyError& error) override;
     void openDirectory(const QUrl& directory) override;
 
 private:

@@ -104,9 +104,15 @@ DemoWindow::DemoWindow(corvane::Configuration configuration, QSettings& settings
             m_updater->show(); // refreshes: the skipped rows come back
     });
 
+    //% "Undo Last Update"
+    auto undoButton = new QPushButton(text(QT_TRID_NOOP("demo.button.undo"), "Undo Last Update"), this);
+    undoButton->setObjectName(QStringLiteral("undoLastUpdateButton"));
+    connect(undoButton, &QPushButton::clicked, this, &DemoWindow::undoLastThemeUpdate);
+
     auto footer = new QHBoxLayout;
     footer->addWidget(m_status, 1);
     footer->addWidget(m_forgetSkipped);
+    footer->addWidget(undoButton);
     footer->addWidget(updatesButton);
 
     auto layout = new QVBoxLayout(this);
@@ -169,12 +175,34 @@ void DemoWindow::showThemeUpdates()
         // The user may have skipped versions in the updater: offer to bring them back.
         connect(m_updater.get(), &corvane::UpdatesThemes::closed, this, &DemoWindow::offerToForgetSkippedVersions);
         m_updater->setPreviewProvider(std::make_shared<ThemeSwatches>());
+        connect(m_updater.get(), &corvane::UpdatesThemes::installUndone, this, &DemoWindow::reloadInstalledThemes);
     }
     m_updater->show();
     m_notice->hide();
     // Once the user has looked, this commit is no news any more.
     if (!m_newestCommit.isEmpty())
         m_settings.setValue(lastCommitKey, m_newestCommit);
+}
+
+void DemoWindow::undoLastThemeUpdate()
+{
+    const auto undone = m_module.undoLastInstall();
+    if (!undone) {
+        m_status->setText(undone.error().errorDescription());
+        return;
+    }
+    qsizetype restored = 0;
+    for (const corvane::UndoneFile& file : *undone)
+        restored += file.change == corvane::UndoneFile::Change::restored;
+    //% "Undone: %1 theme files moved to the Trash, %2 earlier versions restored."
+    m_status->setText(text(QT_TRID_NOOP("demo.status.undone"),
+                           "Undone: %1 theme files moved to the Trash, %2 earlier versions restored.")
+                          .arg(undone->size() - restored)
+                          .arg(restored));
+    reloadInstalledThemes();
+    // An open updater lists again what the undo offers anew.
+    if (m_updater && m_updater->isVisible())
+        m_updater->show();
 }
 
 void DemoWindow::reloadInstalledThemes()

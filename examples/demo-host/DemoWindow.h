@@ -25,6 +25,8 @@ public:
     void checkForThemeUpdates();
     void showThemeUpdates();
     void reloadInstalledThemes();
+    // Takes back the last install batch, from the window or `corvane install`, and says what happened.
+    void undoLastThemeUpdate();
 
 signals:
     void repositoryCheckFinished();

@@ -72,6 +72,20 @@ struct Scene {
     }
 };
 
+// Every file of a directory (not its folders) with its bytes.
+QMap<QString, QByteArray> filesIn(const QString& directory)
+{
+    QMap<QString, QByteArray> files;
+    for (const QString& name : QDir(directory).entryList(QDir::Files | QDir::Hidden))
+        files.insert(name, readFile(directory + '/' + name));
+    return files;
+}
+
+QString inInstalled(const QString& name)
+{
+    return "INSTALLED/" + name;
+}
+
 } // namespace
 
 class CorvaneToolTest : public QObject {
@@ -155,10 +169,15 @@ private slots:
         const Run run = scene.run({"install", "--all"});
         QCOMPARE(run.err, QString());
         QCOMPARE(run.lines(), (QStringList{"installed Aurora", "installed Bad", "updated Old 1.0.0 -> 2.0.0"}));
-        QCOMPARE(encodedNames(scene.installed),
-                 (QList<QByteArray>{"aurora.theme.json", "bad\xff\xfename.theme.json", "old\xff.theme.json"}));
+        // The batch's record lies in a folder of its own, which the theme reader passes over.
+        QCOMPARE(encodedNames(scene.installed), (QList<QByteArray>{".corvane-undo", "aurora.theme.json",
+                                                                   "bad\xff\xfename.theme.json", "old\xff.theme.json"}));
         QCOMPARE(encodedNames(trash.filesDirectory()), QList<QByteArray>{"old\xff.theme.json"});
         QCOMPARE(scene.run({"list"}).out, QString());
+
+        // Undo finds the replaced file under its very bytes.
+        QCOMPARE(runTool({"undo", "--installed", scene.installed}).exitCode, 0);
+        QCOMPARE(encodedNames(scene.installed), (QList<QByteArray>{".corvane-undo", "old\xff.theme.json"}));
     }
 
     void reportsABrokenRemoteThemeFile()
@@ -264,6 +283,53 @@ private slots:
         if (arguments.first() == "list")
             out = out.replaceInStrings(QRegularExpression("\t.*"), "");
         QTEST(out, "out");
+    }
+
+    // The last batch of `corvane install` comes back out; a second undo or an edited file is refused.
+    void undoesTheLastInstall_data()
+    {
+        QTest::addColumn<bool>("editAurora");
+        QTest::addColumn<QStringList>("out");
+        QTest::addColumn<QString>("err");
+        QTest::newRow("every file back as it was")
+            << false
+            << QStringList{"trashed " + inInstalled("my-solar.theme.json"), "restored " + inInstalled("my-solar.theme.json"),
+                           "trashed " + inInstalled("cafe-old.theme.json"), "restored " + inInstalled("cafe-old.theme.json"),
+                           "trashed " + inInstalled("aurora.theme.json")}
+            << "";
+        QTest::newRow("a theme edited since: refused, nothing changed")
+            << true << QStringList{}
+            << "'INSTALLED/aurora.theme.json' has changed since it was installed, so the install cannot be undone. "
+               "Nothing was changed.\n";
+    }
+
+    void undoesTheLastInstall()
+    {
+        QFETCH(bool, editAurora);
+        QFETCH(QStringList, out);
+        QFETCH(QString, err);
+        TrashSandbox trash;
+        Scene scene;
+        scene.publish();
+        const QByteArray cafe = readFile(scene.installed + "/cafe-old.theme.json");
+        QCOMPARE(scene.run({"install", "--all"}).exitCode, 0);
+        if (editAurora)
+            writeFile(scene.installed, "aurora.theme.json", "{}");
+        const QMap<QString, QByteArray> before = filesIn(scene.installed);
+
+        const Run run = runTool({"undo", "--installed", scene.installed});
+        QCOMPARE(run.err, QString(err).replace("INSTALLED", scene.installed));
+        QCOMPARE(run.lines(), out.replaceInStrings("INSTALLED", scene.installed));
+        QCOMPARE(run.exitCode, err.isEmpty() ? 0 : 1);
+        if (editAurora) {
+            QCOMPARE(filesIn(scene.installed), before);
+            return;
+        }
+        QCOMPARE(QDir(scene.installed).entryList(QDir::Files), (QStringList{"cafe-old.theme.json", "my-solar.theme.json"}));
+        QCOMPARE(readFile(scene.installed + "/cafe-old.theme.json"), cafe);
+        const Run again = runTool({"undo", "--installed", scene.installed});
+        QCOMPARE(again.exitCode, 1);
+        QCOMPARE(again.err, "There is no install to undo in '" + scene.installed + "'.\n");
     }
 
     // What a command-line user expects of any tool.

@@ -12,6 +12,7 @@ int runLint(const QStringList& arguments);
 int runCheck(const QStringList& arguments);
 int runList(const QStringList& arguments);
 int runInstall(const QStringList& arguments);
+int runUndo(const QStringList& arguments);
 int runShow(const QStringList& arguments);
 
 // Replaces corvane by corvane-show with show's arguments (argv[2] on); returns only when that fails.

@@ -7,6 +7,7 @@
 #include "Corvane/module/Localized.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/undo/InstallRecord.h"
 
 #include <QSet>
 
@@ -107,6 +108,8 @@ int runInstall(const QStringList& arguments)
     // In row order, as Update All copies; the first failure abandons the rest, and what was copied
     // before it stays installed.
     const auto fileCopier = FileManager::shared();
+    // The whole run is one batch that `corvane undo` can take back.
+    const InstallRecord record(commandLine.installed());
     // Durable a run of 128 copies at a time: one sync of the file system instead of three per theme.
     constexpr int copiesPerSync = 128;
     std::optional<DeferredSync> durability;

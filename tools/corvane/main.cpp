@@ -21,6 +21,7 @@ constexpr Subcommand subcommands[] = {
     {"check", corvane::cli::runCheck, "tell whether the theme repository moved on since a commit"},
     {"list", corvane::cli::runList, "list the new and updated themes the updater window would show"},
     {"install", corvane::cli::runInstall, "install or update themes as the window's buttons do"},
+    {"undo", corvane::cli::runUndo, "undo the last install batch in an installed-themes directory"},
     {"lint", corvane::cli::runLint, "check every theme file of a directory"},
     {"show", nullptr, "open the updater window, or render it to a PNG"},
 };

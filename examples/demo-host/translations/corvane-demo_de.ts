@@ -47,6 +47,14 @@
         <source>Theme Updates…</source>
         <translation>Theme-Aktualisierungen …</translation>
     </message>
+    <message id="demo.button.undo">
+        <source>Undo Last Update</source>
+        <translation>Letzte Aktualisierung rückgängig machen</translation>
+    </message>
+    <message id="demo.status.undone">
+        <source>Undone: %1 theme files moved to the Trash, %2 earlier versions restored.</source>
+        <translation>Rückgängig gemacht: %1 Theme-Dateien in den Papierkorb verschoben, %2 frühere Versionen wiederhergestellt.</translation>
+    </message>
     <message id="demo.status.moved-on">
         <source>The theme repository has changed since you last looked.</source>
         <translation>Das Theme-Repository hat sich seit Ihrem letzten Blick geändert.</translation>

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// The notice that offers to undo an install batch, on a real X server: pressed through the X server as
+// a person would, it takes the batch back on disk and the list offers the themes again.
+#include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/UndoNotice.h"
+
+#include "DesktopScreen.h"
+#include "ThemeFiles.h"
+#include "TrashSandbox.h"
+
+#include <QLabel>
+#include <QSettings>
+#include <QStandardPaths>
+
+using namespace corvane;
+using namespace corvane::test;
+using namespace Qt::StringLiterals;
+
+class UndoNoticeDesktopTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        if (QGuiApplication::platformName() != "xcb"_L1)
+            QSKIP("needs a real X server: run through tests/desktop/on-desktop.sh");
+        QVERIFY2(!QStandardPaths::findExecutable(u"xdotool"_s).isEmpty(), "xdotool is missing");
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+    }
+
+    void undoInTheNoticeTakesUpdateAllBack()
+    {
+        TrashSandbox trash;
+        Updater updater(3); // Theme 000 … 002 new, Harbor Night 1.10 over the installed 1.2
+        const QByteArray harborNight = readFile(updater.installed + u"/harbor-night.theme.json"_s);
+        updater.openReady(updater.remote.fileUrl());
+        UndoNotice* notice = updater.list->undoNotice();
+        QVERIFY(!notice->isVisible());
+
+        QVERIFY(xdotool(clickAt(globalRect(updater.list->updateAllButton()).center())));
+        QTRY_VERIFY_WITH_TIMEOUT(updater.installedCount() == 4 && updater.settled(), comparisonTimeout);
+        QVERIFY(notice->isVisible());
+        QCOMPARE(notice->textLabel()->text(), u"Installed 4 themes"_s);
+        QTRY_VERIFY(notice->undoButton()->isEnabled());
+        QWidget* window = updater.wireframe->windowController()->window();
+        keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), u"undo-notice"_s);
+        // The notice is on screen: its Undo shows as text, darker than the background around it.
+        QVERIFY(darkestGrey(screenAt(globalRect(notice->undoButton()))) < 160);
+
+        QTest::qWait(QApplication::doubleClickInterval());
+        QVERIFY(xdotool(clickAt(globalRect(notice->undoButton()).center())));
+        QTRY_VERIFY_WITH_TIMEOUT(!notice->isVisible() && updater.settled()
+                                     && updater.list->tableViewModel().entries().size() == 4,
+                                 comparisonTimeout);
+        QCOMPARE(QDir(updater.installed).entryList(QDir::Files), QStringList{u"harbor-night.theme.json"_s});
+        QCOMPARE(readFile(updater.installed + u"/harbor-night.theme.json"_s), harborNight);
+        QCOMPARE(trash.trashedNames(), (QStringList{u"harbor-night.theme.json"_s, u"theme-000.theme.json"_s,
+                                                    u"theme-001.theme.json"_s, u"theme-002.theme.json"_s}));
+        keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), u"after-undo"_s);
+    }
+
+private:
+    QTemporaryDir m_settings;
+};
+
+QTEST_MAIN(UndoNoticeDesktopTest)
+#include "UndoNoticeDesktopTest.moc"
