@@ -492,47 +492,51 @@
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo-notice.updated-one">
-        <source>Updated %@</source>
+        <source>Updated %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo-notice.installed-one">
-        <source>Installed %@</source>
+        <source>Installed %1</source>
         <translation type="unfinished"></translation>
     </message>
-    <message id="corvane.undo-notice.updated-many">
-        <source>Updated %@ themes</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.undo-notice.updated-many" numerus="yes">
+        <source>Updated %1 themes</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
-    <message id="corvane.undo-notice.installed-many">
-        <source>Installed %@ themes</source>
-        <translation type="unfinished"></translation>
+    <message id="corvane.undo-notice.installed-many" numerus="yes">
+        <source>Installed %1 themes</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message id="corvane.undo.nothing">
-        <source>There is no install to undo in &apos;%@&apos;.</source>
+        <source>There is no install to undo in &apos;%1&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.file-changed">
-        <source>&apos;%@&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
+        <source>&apos;%1&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.trash-entry-gone">
-        <source>The earlier version of &apos;%@&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
+        <source>The earlier version of &apos;%1&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.in-the-way">
-        <source>Something new stands at &apos;%@&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
+        <source>Something new stands at &apos;%1&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.record-unreadable">
-        <source>The record of the last install in &apos;%@&apos; cannot be read, so the install cannot be undone.</source>
+        <source>The record of the last install in &apos;%1&apos; cannot be read, so the install cannot be undone.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.interrupted">
-        <source>The last install stopped while replacing &apos;%@&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
+        <source>The last install stopped while replacing &apos;%1&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
         <translation type="unfinished"></translation>
     </message>
     <message id="corvane.undo.failed">
-        <source>Undoing the install stopped at &apos;%@&apos;: %@</source>
+        <source>Undoing the install stopped at &apos;%1&apos;: %2</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -509,48 +509,54 @@
         <translation>Rückgängig</translation>
     </message>
     <message id="corvane.undo-notice.updated-one">
-        <source>Updated %@</source>
-        <translation>%@ aktualisiert</translation>
+        <source>Updated %1</source>
+        <translation>%1 aktualisiert</translation>
     </message>
     <message id="corvane.undo-notice.installed-one">
-        <source>Installed %@</source>
-        <translation>%@ installiert</translation>
+        <source>Installed %1</source>
+        <translation>%1 installiert</translation>
     </message>
-    <message id="corvane.undo-notice.updated-many">
-        <source>Updated %@ themes</source>
-        <translation>%@ Themes aktualisiert</translation>
+    <message id="corvane.undo-notice.updated-many" numerus="yes">
+        <source>Updated %1 themes</source>
+        <translation>
+            <numerusform>%1 Theme aktualisiert</numerusform>
+            <numerusform>%1 Themes aktualisiert</numerusform>
+        </translation>
     </message>
-    <message id="corvane.undo-notice.installed-many">
-        <source>Installed %@ themes</source>
-        <translation>%@ Themes installiert</translation>
+    <message id="corvane.undo-notice.installed-many" numerus="yes">
+        <source>Installed %1 themes</source>
+        <translation>
+            <numerusform>%1 Theme installiert</numerusform>
+            <numerusform>%1 Themes installiert</numerusform>
+        </translation>
     </message>
     <message id="corvane.undo.nothing">
-        <source>There is no install to undo in &apos;%@&apos;.</source>
-        <translation>In &apos;%@&apos; gibt es keine Installation, die rückgängig gemacht werden kann.</translation>
+        <source>There is no install to undo in &apos;%1&apos;.</source>
+        <translation>In &apos;%1&apos; gibt es keine Installation, die rückgängig gemacht werden kann.</translation>
     </message>
     <message id="corvane.undo.file-changed">
-        <source>&apos;%@&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
-        <translation>&apos;%@&apos; wurde seit der Installation geändert, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+        <source>&apos;%1&apos; has changed since it was installed, so the install cannot be undone. Nothing was changed.</source>
+        <translation>&apos;%1&apos; wurde seit der Installation geändert, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
     </message>
     <message id="corvane.undo.trash-entry-gone">
-        <source>The earlier version of &apos;%@&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
-        <translation>Die frühere Version von &apos;%@&apos; ist nicht mehr im Papierkorb, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+        <source>The earlier version of &apos;%1&apos; is no longer in the Trash, so the install cannot be undone. Nothing was changed.</source>
+        <translation>Die frühere Version von &apos;%1&apos; ist nicht mehr im Papierkorb, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
     </message>
     <message id="corvane.undo.in-the-way">
-        <source>Something new stands at &apos;%@&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
-        <translation>An der Stelle &apos;%@&apos;, an die die frühere Version zurückkäme, liegt etwas Neues, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
+        <source>Something new stands at &apos;%1&apos;, where its earlier version would go back, so the install cannot be undone. Nothing was changed.</source>
+        <translation>An der Stelle &apos;%1&apos;, an die die frühere Version zurückkäme, liegt etwas Neues, daher kann die Installation nicht rückgängig gemacht werden. Es wurde nichts verändert.</translation>
     </message>
     <message id="corvane.undo.record-unreadable">
-        <source>The record of the last install in &apos;%@&apos; cannot be read, so the install cannot be undone.</source>
-        <translation>Die Aufzeichnung der letzten Installation in &apos;%@&apos; kann nicht gelesen werden, daher kann die Installation nicht rückgängig gemacht werden.</translation>
+        <source>The record of the last install in &apos;%1&apos; cannot be read, so the install cannot be undone.</source>
+        <translation>Die Aufzeichnung der letzten Installation in &apos;%1&apos; kann nicht gelesen werden, daher kann die Installation nicht rückgängig gemacht werden.</translation>
     </message>
     <message id="corvane.undo.interrupted">
-        <source>The last install stopped while replacing &apos;%@&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
-        <translation>Die letzte Installation brach beim Ersetzen von &apos;%@&apos; ab und kann daher nicht rückgängig gemacht werden. Die frühere Version liegt möglicherweise im Papierkorb.</translation>
+        <source>The last install stopped while replacing &apos;%1&apos;, so it cannot be undone. Its earlier version may be in the Trash.</source>
+        <translation>Die letzte Installation brach beim Ersetzen von &apos;%1&apos; ab und kann daher nicht rückgängig gemacht werden. Die frühere Version liegt möglicherweise im Papierkorb.</translation>
     </message>
     <message id="corvane.undo.failed">
-        <source>Undoing the install stopped at &apos;%@&apos;: %@</source>
-        <translation>Das Rückgängigmachen der Installation hielt bei &apos;%@&apos; an: %@</translation>
+        <source>Undoing the install stopped at &apos;%1&apos;: %2</source>
+        <translation>Das Rückgängigmachen der Installation hielt bei &apos;%1&apos; an: %2</translation>
     </message>
 </context>
 </TS>

@@ -48,24 +48,26 @@ QString UndoNotice::describe(const InstallBatchSummary& summary)
 {
     if (summary.total() == 1 && !summary.themeName.isEmpty()) {
         if (summary.updated == 1) {
-            //% "Updated %@"
-            return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.updated-one"), "Updated %@"),
+            //% "Updated %1"
+            return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.updated-one"), "Updated %1"),
                                     {summary.themeName});
         }
-        //% "Installed %@"
-        return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.installed-one"), "Installed %@"),
+        //% "Installed %1"
+        return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.installed-one"), "Installed %1"),
                                 {summary.themeName});
     }
-    const QString count = QLocale().toString(summary.total());
+    const double total = double(summary.total());
     if (summary.installed == 0) {
-        //% "Updated %@ themes"
-        return fillPlaceholders(localizedString(QT_TRID_NOOP("corvane.undo-notice.updated-many"), "Updated %@ themes"),
-                                {count});
+        //% "Updated %1 themes"
+        return fillPlaceholders(localizedCountedString(QT_TRID_N_NOOP("corvane.undo-notice.updated-many"), total,
+                                                       "Updated %1 theme", "Updated %1 themes"),
+                                {localizedNumber(total)});
     }
     // New themes among updates: each was installed, the updates as new versions.
-    //% "Installed %@ themes"
-    return fillPlaceholders(
-        localizedString(QT_TRID_NOOP("corvane.undo-notice.installed-many"), "Installed %@ themes"), {count});
+    //% "Installed %1 themes"
+    return fillPlaceholders(localizedCountedString(QT_TRID_N_NOOP("corvane.undo-notice.installed-many"), total,
+                                                   "Installed %1 theme", "Installed %1 themes"),
+                            {localizedNumber(total)});
 }
 
 void UndoNotice::showFor(const InstallBatchSummary& summary)

@@ -36,8 +36,8 @@ std::unexpected<TextError> refuse(const char* id, const char* english, std::init
 
 std::unexpected<TextError> nothingToUndo(const QByteArray& directory)
 {
-    //% "There is no install to undo in '%@'."
-    return refuse(QT_TRID_NOOP("corvane.undo.nothing"), "There is no install to undo in '%@'.", {shown(directory)});
+    //% "There is no install to undo in '%1'."
+    return refuse(QT_TRID_NOOP("corvane.undo.nothing"), "There is no install to undo in '%1'.", {shown(directory)});
 }
 
 // The SHA-256 of a regular file's bytes; nothing for anything else or a file that cannot be read.
@@ -113,26 +113,26 @@ struct Pending {
 std::optional<TextError> checkUndoable(const Pending& step)
 {
     if (!step.copy.digest.isEmpty() && digestOf(step.destination) != step.copy.digest) {
-        //% "'%@' has changed since it was installed, so the install cannot be undone. Nothing was changed."
+        //% "'%1' has changed since it was installed, so the install cannot be undone. Nothing was changed."
         return refuse(QT_TRID_NOOP("corvane.undo.file-changed"),
-                      "'%@' has changed since it was installed, so the install cannot be undone. Nothing was changed.",
+                      "'%1' has changed since it was installed, so the install cannot be undone. Nothing was changed.",
                       {shown(step.destination)})
             .error();
     }
     if (step.copy.trashedItem.isEmpty())
         return std::nullopt;
     if (!exists(step.copy.trashedItem) || !exists(Trash::infoFileOf(step.copy.trashedItem))) {
-        //% "The earlier version of '%@' is no longer in the Trash, so the install cannot be undone. Nothing was changed."
+        //% "The earlier version of '%1' is no longer in the Trash, so the install cannot be undone. Nothing was changed."
         return refuse(QT_TRID_NOOP("corvane.undo.trash-entry-gone"),
-                      "The earlier version of '%@' is no longer in the Trash, so the install cannot be undone. "
+                      "The earlier version of '%1' is no longer in the Trash, so the install cannot be undone. "
                       "Nothing was changed.",
                       {shown(step.destination)})
             .error();
     }
     if (step.copy.digest.isEmpty() && exists(step.destination)) {
-        //% "Something new stands at '%@', where its earlier version would go back, so the install cannot be undone. Nothing was changed."
+        //% "Something new stands at '%1', where its earlier version would go back, so the install cannot be undone. Nothing was changed."
         return refuse(QT_TRID_NOOP("corvane.undo.in-the-way"),
-                      "Something new stands at '%@', where its earlier version would go back, so the install cannot "
+                      "Something new stands at '%1', where its earlier version would go back, so the install cannot "
                       "be undone. Nothing was changed.",
                       {shown(step.destination)})
             .error();
@@ -173,15 +173,15 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
             contents = InstallRecordFile::parse(QByteArray(buffer.get(), qsizetype(*length)));
     }
     if (!contents) {
-        //% "The record of the last install in '%@' cannot be read, so the install cannot be undone."
+        //% "The record of the last install in '%1' cannot be read, so the install cannot be undone."
         return refuse(QT_TRID_NOOP("corvane.undo.record-unreadable"),
-                      "The record of the last install in '%@' cannot be read, so the install cannot be undone.",
+                      "The record of the last install in '%1' cannot be read, so the install cannot be undone.",
                       {shown(directory)});
     }
     if (contents->interrupted) {
-        //% "The last install stopped while replacing '%@', so it cannot be undone. Its earlier version may be in the Trash."
+        //% "The last install stopped while replacing '%1', so it cannot be undone. Its earlier version may be in the Trash."
         return refuse(QT_TRID_NOOP("corvane.undo.interrupted"),
-                      "The last install stopped while replacing '%@', so it cannot be undone. Its earlier version "
+                      "The last install stopped while replacing '%1', so it cannot be undone. Its earlier version "
                       "may be in the Trash.",
                       {shown(directory + '/' + *contents->interrupted)});
     }
@@ -207,8 +207,8 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
     UndoneInstall undone;
     for (const Pending& step : steps) {
         const auto stopped = [&](const QString& reason) {
-            //% "Undoing the install stopped at '%@': %@"
-            return refuse(QT_TRID_NOOP("corvane.undo.failed"), "Undoing the install stopped at '%@': %@",
+            //% "Undoing the install stopped at '%1': %2"
+            return refuse(QT_TRID_NOOP("corvane.undo.failed"), "Undoing the install stopped at '%1': %2",
                           {shown(step.destination), reason});
         };
         if (!step.copy.digest.isEmpty() && !step.copy.trashedItem.isEmpty()
