@@ -7,12 +7,22 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace corvane::test {
+
+void startDesktopTest(const QTemporaryDir& settings)
+{
+    if (QGuiApplication::platformName() != "xcb"_L1)
+        QSKIP("needs a real X server: run through tests/desktop/on-desktop.sh");
+    QVERIFY2(!QStandardPaths::findExecutable(u"xdotool"_s).isEmpty(), "xdotool is missing");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+}
 
 
 // What the X server shows in a rectangle of the screen now.

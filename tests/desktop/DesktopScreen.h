@@ -28,6 +28,10 @@ namespace corvane::test {
 
 inline constexpr int comparisonTimeout = 30000;
 
+// What every desktop test's initTestCase does: skips the whole test outside a real X server (it runs
+// through on-desktop.sh), fails without xdotool, and keeps the windows' settings in `settings`.
+void startDesktopTest(const QTemporaryDir& settings);
+
 // What the X server shows in a rectangle of the screen now.
 QImage screenAt(const QRect& global);
 QRect globalRect(const QWidget* widget);

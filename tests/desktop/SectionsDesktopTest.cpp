@@ -35,13 +35,7 @@ class SectionsDesktopTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        if (QGuiApplication::platformName() != "xcb"_L1)
-            QSKIP("needs a real X server: run through tests/desktop/on-desktop.sh");
-        QVERIFY2(!QStandardPaths::findExecutable(u"xdotool"_s).isEmpty(), "xdotool is missing");
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
-    }
+    void initTestCase() { startDesktopTest(m_settings); }
 
     void headersCountAndASkippedVersionLeavesUntilShown()
     {

@@ -42,12 +42,7 @@ class ThemePreviewsDesktopTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        if (QGuiApplication::platformName() != "xcb"_L1)
-            QSKIP("needs a real X server: run through tests/desktop/on-desktop.sh");
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
-    }
+    void initTestCase() { startDesktopTest(m_settings); }
 
     void rowsOnScreenShowTheirOwnPreviews()
     {

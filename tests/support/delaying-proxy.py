@@ -4,25 +4,8 @@
 # port: a server that is slow to answer. Prints its port once listening; runs until killed.
 #
 # usage: delaying-proxy.py TARGET_PORT DELAY_SECONDS
-import socket
 import sys
-import threading
-import time
 
-from tcp_relay import listen, pipe
+from tcp_relay import listen, proxy_forever
 
-target_port, delay = int(sys.argv[1]), float(sys.argv[2])
-listener = listen()
-
-
-
-def serve(client):
-    time.sleep(delay)
-    upstream = socket.create_connection(("127.0.0.1", target_port))
-    threading.Thread(target=pipe, args=(client, upstream), daemon=True).start()
-    pipe(upstream, client)
-
-
-while True:
-    connection, _ = listener.accept()
-    threading.Thread(target=serve, args=(connection,), daemon=True).start()
+proxy_forever(listen(), int(sys.argv[1]), delay=float(sys.argv[2]))
