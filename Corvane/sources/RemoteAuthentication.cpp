@@ -121,11 +121,11 @@ int RemoteAuthentication::certificate(git_cert* certificate, int valid, const ch
         const auto* hostKey = reinterpret_cast<const git_cert_hostkey*>(certificate);
         if (hostKey->type & GIT_CERT_SSH_SHA256)
             server.sshHostKeySha256 = QByteArray(reinterpret_cast<const char*>(hostKey->hash_sha256), 32);
-        // libgit2 checks no ssh host key itself (it always says "not valid") and, asked, fails every
-        // connection it is not told to accept: the host's check is the only one there is.
-        if (!m_access.certificateCheck || m_access.certificateCheck(server))
-            return 0;
-        return refuseCertificate(server.host);
+        // libgit2 asks before it looks the key up in the user's known_hosts (so "valid" is always false
+        // here) and checks it there when we pass: the host's check can only refuse first.
+        if (m_access.certificateCheck && !m_access.certificateCheck(server))
+            return refuseCertificate(server.host);
+        return GIT_PASSTHROUGH;
     }
     if (!m_access.certificateCheck)
         return GIT_PASSTHROUGH;

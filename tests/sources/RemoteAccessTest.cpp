@@ -177,29 +177,39 @@ private slots:
         QCOMPARE(runGit(scene.clonePath(), {"config", "remote.origin.url"}), remote.url().toString());
     }
 
-    // ssh with a key or the agent, the user named in the URL or by the provider, and the host key handed to
-    // the host's check (libgit2 checks no known_hosts: the hook is the only check there is).
+    // ssh with a key or the agent, the user named in the URL or by the provider; the host key goes to the
+    // host's check, which can only refuse, and then to the user's known_hosts, as ssh checks it.
     void authenticatesOverSsh_data()
     {
         QTest::addColumn<QString>("answer"); // "key", "stranger" (a key the server does not know), "agent"
         QTest::addColumn<QString>("hostCheck"); // "accepts", "refuses", or "none" (the host sets no check)
+        QTest::addColumn<bool>("knownHost");    // the server's key is in the user's known_hosts
         QTest::addColumn<QString>("failure");   // empty: succeeds
-        QTest::newRow("the provider's key") << "key" << "accepts" << "";
-        QTest::newRow("the provider's key, no host check") << "key" << "none" << "";
-        QTest::newRow("the ssh agent") << "agent" << "accepts" << "";
-        QTest::newRow("a key the server does not know") << "stranger" << "accepts" << "authentication";
+        QTest::newRow("the provider's key") << "key" << "accepts" << true << "";
+        QTest::newRow("the provider's key, no host check") << "key" << "none" << true << "";
+        QTest::newRow("the ssh agent") << "agent" << "accepts" << true << "";
+        QTest::newRow("a key the server does not know") << "stranger" << "accepts" << true << "authentication";
         QTest::newRow("the host key refused by the host")
-            << "key" << "refuses" << "The certificate of 127.0.0.1 was refused by the application.";
+            << "key" << "refuses" << true << "The certificate of 127.0.0.1 was refused by the application.";
+        QTest::newRow("a host the user never met, accepted by the host")
+            << "key" << "accepts" << false << "invalid or unknown remote ssh hostkey";
     }
 
     void authenticatesOverSsh()
     {
         QFETCH(QString, answer);
         QFETCH(QString, hostCheck);
+        QFETCH(bool, knownHost);
         QFETCH(QString, failure);
         SshServer server;
         QVERIFY2(server.isRunning(), qPrintable(server.failure()));
         ThemeRepositoryScene scene;
+        // A home of the test's own, whose known_hosts names the server or not.
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", scene.root.path().toLocal8Bit());
+        auto restoreHome = qScopeGuard([&] { qputenv("HOME", home); });
+        if (knownHost)
+            writeFile(scene.root.filePath(".ssh"), "known_hosts", server.knownHostsLine());
         QProcess agent;
         if (answer == "agent") {
             const QString socket = scene.root.filePath("agent.socket");

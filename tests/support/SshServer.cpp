@@ -129,6 +129,15 @@ QUrl SshServer::url(const QString& absolutePath) const
     return url;
 }
 
+QByteArray SshServer::knownHostsLine() const
+{
+    QFile key(m_directory.filePath(QStringLiteral("host.pub")));
+    if (!key.open(QIODevice::ReadOnly))
+        return {};
+    const QList<QByteArray> fields = key.readAll().trimmed().split(' '); // type, key, comment
+    return "[127.0.0.1]:" + QByteArray::number(m_port) + ' ' + fields.value(0) + ' ' + fields.value(1) + '\n';
+}
+
 QString SshServer::userName()
 {
     const passwd* entry = ::getpwuid(::geteuid());

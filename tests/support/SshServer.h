@@ -30,6 +30,8 @@ public:
     // The client key the server accepts, and one it does not know (OpenSSH private keys, with .pub beside).
     QString clientKey() const { return m_directory.filePath(QStringLiteral("client")); }
     QString strangerKey() const { return m_directory.filePath(QStringLiteral("stranger")); }
+    // The line of a known_hosts file that names this server's host key.
+    QByteArray knownHostsLine() const;
     // The SHA-256 of the server's host key, as ssh-keygen -l -E sha256 shows it (raw bytes).
     const QByteArray& hostKeySha256() const { return m_hostKeySha256; }
 
