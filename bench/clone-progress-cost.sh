@@ -21,12 +21,7 @@ command -v script > /dev/null || { echo "script (util-linux) is needed" >&2; exi
 [ -x "$corvane" ] || { echo "no corvane at $corvane (build it first)" >&2; exit 2; }
 export GIT_CONFIG_NOSYSTEM=1 GIT_CONFIG_GLOBAL=/dev/null
 
-[ -d "$work/remote" ] || python3 "$here/list-workload.py" "$work" "$count"
-git daemon --reuseaddr --export-all --base-path="$work" --listen=127.0.0.1 --port="$port" &
-daemon=$!
-trap 'kill $daemon' EXIT
-for _ in $(seq 50); do git ls-remote "git://127.0.0.1:$port/remote" > /dev/null 2>&1 && break; sleep 0.1; done
-remote="git://127.0.0.1:$port/remote"
+. "$here/serve-list-workload.sh"
 echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
 
 list="$(printf '%q ' "$corvane" list --remote "$remote" --clone "$work/clone" --installed "$work/installed")"

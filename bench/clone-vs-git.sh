@@ -21,12 +21,7 @@ command -v hyperfine > /dev/null || { echo "hyperfine is needed" >&2; exit 2; }
 [ -x "$corvane" ] || { echo "no corvane at $corvane (build it first)" >&2; exit 2; }
 export GIT_CONFIG_NOSYSTEM=1 GIT_CONFIG_GLOBAL=/dev/null
 
-[ -d "$work/remote" ] || python3 "$here/list-workload.py" "$work" "$count"
-git daemon --reuseaddr --export-all --base-path="$work" --listen=127.0.0.1 --port="$port" &
-daemon=$!
-trap 'kill $daemon' EXIT
-for _ in $(seq 50); do git ls-remote "git://127.0.0.1:$port/remote" > /dev/null 2>&1 && break; sleep 0.1; done
-remote="git://127.0.0.1:$port/remote"
+. "$here/serve-list-workload.sh"
 
 # Both must end with the same files.
 rm -rf "$work/corvane-clone" "$work/git-clone"
