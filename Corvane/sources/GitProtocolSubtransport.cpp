@@ -2,28 +2,13 @@
 #include "Corvane/sources/GitProtocolSubtransport.h"
 
 #include "Corvane/sources/TransferWatch.h"
+#include "Corvane/sources/WatchedSocket.h"
 
 #include <QByteArray>
-#include <QString>
 
-#include <chrono>
-#include <cstring>
 #include <memory>
 
-#if defined(__unix__) || defined(__APPLE__)
-#define CORVANE_HAS_POSIX_SOCKETS 1
-#include <cerrno>
-#include <fcntl.h>
-#include <netdb.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/types.h>
-#include <unistd.h>
-#endif
-
 namespace corvane {
-
-#ifdef CORVANE_HAS_POSIX_SOCKETS
 namespace {
 
 
@@ -82,127 +67,25 @@ QByteArray uploadPackRequest(const Endpoint& endpoint)
     return QByteArray::number(body.size() + 4, 16).rightJustified(4, '0') + body;
 }
 
-void setNetworkError(const QByteArray& text)
-{
-    git_error_set_str(GIT_ERROR_NET, text.constData());
-}
-
-void setSystemError(const char* what, const QByteArray& host, int error)
-{
-    setNetworkError(QByteArray(what) + ' ' + host + ": " + std::strerror(error));
-}
-
 struct Subtransport;
 
-// The socket and the request of one upload-pack conversation.
+// The connection and the request of one upload-pack conversation.
 struct StreamState {
+    explicit StreamState(TransferWatch& watch)
+        : socket(watch)
+    {
+    }
+
     Subtransport* owner = nullptr;
-    TransferWatch* watch = nullptr;
     Endpoint endpoint;
-    int socket = -1;
+    WatchedSocket socket;
     bool sentRequest = false;
-
-    ~StreamState()
-    {
-        if (socket >= 0)
-            ::close(socket);
-    }
-
-    // Waits for the socket to be ready until the watch says the transfer has timed out; false with the
-    // error set otherwise.
-    bool waitFor(short events)
-    {
-        const int slice = int(watch->pollInterval().count());
-        while (true) {
-            pollfd descriptor{socket, events, 0};
-            const int ready = ::poll(&descriptor, 1, slice);
-            if (ready > 0)
-                return true;
-            if (ready == 0) {
-                if (!watch->timedOut())
-                    continue;
-                watch->reportTimeOut();
-                return false;
-            }
-            if (errno != EINTR) {
-                setSystemError("could not wait for", endpoint.host, errno);
-                return false;
-            }
-        }
-    }
-
-    bool connectToServer()
-    {
-        watch->noteConnecting();
-        addrinfo hints{};
-        hints.ai_family = AF_UNSPEC;
-        hints.ai_socktype = SOCK_STREAM;
-        addrinfo* found = nullptr;
-        if (const int status = ::getaddrinfo(endpoint.host.constData(), endpoint.port.constData(), &hints, &found);
-            status != 0) {
-            setNetworkError("failed to resolve address for " + endpoint.host + ": " + ::gai_strerror(status));
-            return false;
-        }
-        std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> addresses(found, ::freeaddrinfo);
-        int lastError = ECONNREFUSED;
-        for (addrinfo* address = found; address; address = address->ai_next) {
-            socket = ::socket(address->ai_family, address->ai_socktype | SOCK_CLOEXEC, address->ai_protocol);
-            if (socket < 0) {
-                lastError = errno;
-                continue;
-            }
-            ::fcntl(socket, F_SETFL, ::fcntl(socket, F_GETFL) | O_NONBLOCK);
-            int status = ::connect(socket, address->ai_addr, address->ai_addrlen);
-            if (status < 0 && errno == EINPROGRESS) {
-                if (!waitFor(POLLOUT))
-                    return false; // a time-out ends the attempt; it is no reason to try other addresses
-                int error = 0;
-                socklen_t length = sizeof error;
-                ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length);
-                status = error == 0 ? 0 : -1;
-                errno = error;
-            }
-            if (status == 0) {
-                watch->noteConnected();
-                return true;
-            }
-            lastError = errno;
-            ::close(socket);
-            socket = -1;
-        }
-        setSystemError("failed to connect to", endpoint.host, lastError);
-        return false;
-    }
-
-    bool sendAll(const char* data, size_t length)
-    {
-        while (length > 0) {
-            const ssize_t sent = ::send(socket, data, length, MSG_NOSIGNAL);
-            if (sent > 0) {
-                watch->noteSent();
-                data += sent;
-                length -= size_t(sent);
-                continue;
-            }
-            if (sent < 0 && errno == EINTR)
-                continue;
-            if (sent < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-                if (!waitFor(POLLOUT))
-                    return false;
-                continue;
-            }
-            setSystemError("could not send data to", endpoint.host, errno);
-            return false;
-        }
-        return true;
-    }
 
     bool sendRequestOnce()
     {
         if (sentRequest)
             return true;
-        const QByteArray request = uploadPackRequest(endpoint);
-        if (!sendAll(request.constData(), size_t(request.size())))
+        if (!socket.sendAll(uploadPackRequest(endpoint)))
             return false;
         sentRequest = true;
         return true;
@@ -213,29 +96,16 @@ struct StreamState {
         *bytesRead = 0;
         if (!sendRequestOnce())
             return -1;
-        while (true) {
-            const ssize_t received = ::recv(socket, buffer, size, 0);
-            if (received >= 0) {
-                if (received > 0)
-                    watch->noteReceived();
-                *bytesRead = size_t(received); // 0: the server closed the connection
-                return 0;
-            }
-            if (errno == EINTR)
-                continue;
-            if (errno == EAGAIN || errno == EWOULDBLOCK) {
-                if (!waitFor(POLLIN))
-                    return -1;
-                continue;
-            }
-            setSystemError("could not read from", endpoint.host, errno);
+        const ssize_t received = socket.receive(buffer, size);
+        if (received < 0)
             return -1;
-        }
+        *bytesRead = size_t(received); // 0: the server closed the connection
+        return 0;
     }
 
     int write(const char* buffer, size_t length)
     {
-        if (!sendRequestOnce() || !sendAll(buffer, length))
+        if (!sendRequestOnce() || !socket.sendAll(buffer, length))
             return -1;
         return 0;
     }
@@ -279,23 +149,22 @@ int action(git_smart_subtransport_stream** out, git_smart_subtransport* base, co
     *out = nullptr;
     if (service == GIT_SERVICE_UPLOADPACK) {
         if (!subtransport->current) {
-            setNetworkError("the reference listing must come before the fetch");
+            WatchedSocket::setNetworkError("the reference listing must come before the fetch");
             return -1;
         }
         *out = &subtransport->current->parent;
         return 0;
     }
     if (service != GIT_SERVICE_UPLOADPACK_LS) {
-        setNetworkError("pushing over git:// is not supported");
+        WatchedSocket::setNetworkError("pushing over git:// is not supported");
         return -1;
     }
-    auto state = std::make_unique<StreamState>();
-    state->watch = subtransport->watch;
+    auto state = std::make_unique<StreamState>(*subtransport->watch);
     if (!parseUrl(url, state->endpoint)) {
-        setNetworkError("malformed URL");
+        WatchedSocket::setNetworkError("malformed URL");
         return -1;
     }
-    if (!state->connectToServer())
+    if (!state->socket.connectTo(state->endpoint.host, state->endpoint.port))
         return -1;
     auto stream = new Stream{};
     stream->parent.subtransport = base;
@@ -327,8 +196,10 @@ void freeSubtransport(git_smart_subtransport* base)
 
 } // namespace
 
-int GitProtocolSubtransport::create(git_smart_subtransport** out, git_transport*, void* param)
+int GitProtocolSubtransport::create(git_smart_subtransport** out, git_transport* owner, void* param)
 {
+    if (!WatchedSocket::isAvailable())
+        return git_smart_subtransport_git(out, owner, nullptr);
     auto subtransport = new Subtransport{};
     subtransport->parent.action = action;
     subtransport->parent.close = closeSubtransport;
@@ -340,21 +211,7 @@ int GitProtocolSubtransport::create(git_smart_subtransport** out, git_transport*
 
 bool GitProtocolSubtransport::isAvailable()
 {
-    return true;
+    return WatchedSocket::isAvailable();
 }
-
-#else
-
-int GitProtocolSubtransport::create(git_smart_subtransport** out, git_transport* owner, void*)
-{
-    return git_smart_subtransport_git(out, owner, nullptr);
-}
-
-bool GitProtocolSubtransport::isAvailable()
-{
-    return false;
-}
-
-#endif
 
 } // namespace corvane
