@@ -74,7 +74,7 @@ Result<Remote, GitError> RemoteLookup::find(git_repository* repository, const QS
     git_remote* raw = nullptr;
     if (const int code = git_remote_create_with_opts(&raw, rewritten.constData(), &options); code < 0)
         return std::unexpected(makeGitError(code));
-    return Remote(RemoteHandle(raw), std::move(refspecs));
+    return Remote(RemoteHandle(raw), name.toUtf8(), std::move(refspecs));
 }
 
 } // namespace corvane

@@ -109,7 +109,6 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
 {
     GitLibrary::ensureInitialized();
     git_clone_options options = GIT_CLONE_OPTIONS_INIT;
-    options.fetch_opts.proxy_opts.type = GIT_PROXY_AUTO;
     options.bare = bare ? 1 : 0;
     options.local = localClone ? GIT_CLONE_LOCAL : GIT_CLONE_NO_LOCAL;
     options.checkout_opts.checkout_strategy = checkoutFlags(checkoutStrategy);
@@ -119,6 +118,7 @@ Result<Repository, GitError> Repository::clone(const QUrl& from, const QUrl& to,
     RemoteAuthentication authentication(from, access);
     TransferWatch watch(from, GitLibrary::transferLimits());
     watch.install(options.fetch_opts.callbacks, &authentication);
+    watch.routeThroughProxy(options.fetch_opts.proxy_opts);
     watch.reportProgressTo(&progress);
 
     // The secret stays in memory: "origin" is written without it.
@@ -139,7 +139,6 @@ Result<void, GitError> Repository::fetch(const Remote& remote, const RemoteAcces
                                         const QUrl& credentialsFrom, const ReportsSynchronizationProgress& progress) const
 {
     git_fetch_options options = GIT_FETCH_OPTIONS_INIT;
-    options.proxy_opts.type = GIT_PROXY_AUTO;
     QUrl url = remote.url();
     if (url.userInfo().isEmpty() && !credentialsFrom.userInfo().isEmpty()) {
         url.setUserName(credentialsFrom.userName(QUrl::FullyDecoded), QUrl::DecodedMode);
@@ -148,6 +147,7 @@ Result<void, GitError> Repository::fetch(const Remote& remote, const RemoteAcces
     RemoteAuthentication authentication(url, access);
     TransferWatch watch(url, GitLibrary::transferLimits());
     watch.install(options.callbacks, &authentication);
+    watch.routeThroughProxy(options.proxy_opts, m_handle.get(), remote.name());
     watch.reportProgressTo(&progress);
     std::vector<char*> refspecs;
     for (const QByteArray& refspec : remote.fetchRefspecs())

@@ -7,6 +7,8 @@
 #include "Corvane/sources/CredentialRedaction.h"
 #include "Corvane/sources/GitLibrary.h"
 #include "Corvane/sources/GitProtocolSubtransport.h"
+#include "Corvane/sources/HttpProxyLookup.h"
+#include "Corvane/sources/ProxiedHttpSubtransport.h"
 #include "Corvane/sources/WatchedSubtransport.h"
 
 #include <QFile>
@@ -60,6 +62,7 @@ TransferWatch::TransferWatch(QUrl remote, TransferLimits limits)
 {
     m_gitProtocol = {GitProtocolSubtransport::create, 0, this};
     m_http = {WatchedSubtransport::createHttp, 1, this};
+    m_proxiedHttp = {ProxiedHttpSubtransport::create, 1, this};
     m_ssh = {WatchedSubtransport::createSsh, 0, this};
 }
 
@@ -88,6 +91,28 @@ void TransferWatch::install(git_remote_callbacks& callbacks, RemoteAuthenticatio
     markActivity();
     if (!m_watcher.joinable())
         m_watcher = std::thread([this] { watchOver(); });
+}
+
+void TransferWatch::routeThroughProxy(git_proxy_options& options, git_repository* repository,
+                                      const QByteArray& remoteName)
+{
+    // One lookup for both schemes, so that both read the same settings the same way; libgit2's own
+    // would connect to plain http directly and takes an empty setting for a malformed proxy.
+    options.type = GIT_PROXY_NONE;
+    const std::optional<QUrl> proxy = HttpProxyLookup::forRemote(repository, remoteName, m_remote);
+    if (!proxy)
+        return;
+    if (m_remote.scheme() == QLatin1String("https")) {
+        m_httpsProxy = proxy->toEncoded();
+        options.type = GIT_PROXY_SPECIFIED;
+        options.url = m_httpsProxy.constData();
+    } else if (m_remote.scheme() == QLatin1String("http") && ProxiedHttpSubtransport::isAvailable()) {
+        m_httpProxy = *proxy;
+    } else if (m_remote.scheme() == QLatin1String("http")) {
+        m_httpsProxy = proxy->toEncoded(); // libgit2's way is all there is here
+        options.type = GIT_PROXY_SPECIFIED;
+        options.url = m_httpsProxy.constData();
+    }
 }
 
 void TransferWatch::markActivity()
@@ -268,6 +293,8 @@ int TransferWatch::makeTransport(git_transport** out, git_remote* owner, void* p
         return git_transport_new(out, owner, "");
     if (hasPrefix(url, "git://") && GitProtocolSubtransport::isAvailable())
         return git_transport_smart(out, owner, &watch->m_gitProtocol);
+    if (hasPrefix(url, "http://") && !watch->m_httpProxy.isEmpty())
+        return git_transport_smart(out, owner, &watch->m_proxiedHttp);
     if (hasPrefix(url, "http://") || hasPrefix(url, "https://"))
         return git_transport_smart(out, owner, &watch->m_http);
     if (isSsh(url) && !QFile::exists(QFile::decodeName(url)))

@@ -25,13 +25,13 @@ namespace corvane {
 // that overruns one is stopped with a text naming what timed out.
 //
 // libgit2 1.5 has no socket time-out and a silent server fires no callback, so the watch keeps its own
-// clock on a thread of its own. The transports report every byte they move: git:// goes through a
-// socket of our own (GitProtocolSubtransport), http, https and ssh through libgit2's own subtransports
-// wrapped to count (WatchedSubtransport), all chosen for this one operation through its transport
-// callback. When a limit passes, the watch marks the transfer as timed out (callbacks then stop it) and
-// shuts down the sockets the operation's thread is blocked on (BlockedSocketBreaker). Nothing
-// process-wide is changed. One watch serves one operation, on the thread that made it; it must outlive
-// the operation.
+// clock on a thread of its own. The transports report every byte they move: git://, and plain http
+// through a proxy, go through sockets of our own (GitProtocolSubtransport, ProxiedHttpSubtransport);
+// http, https and ssh otherwise through libgit2's own subtransports wrapped to count
+// (WatchedSubtransport), all chosen for this one operation through its transport callback. When a limit
+// passes, the watch marks the transfer as timed out (callbacks then stop it) and shuts down the sockets
+// the operation's thread is blocked on (BlockedSocketBreaker). Nothing process-wide is changed. One
+// watch serves one operation, on the thread that made it; it must outlive the operation.
 class TransferWatch {
 public:
     enum class Stage {
@@ -54,6 +54,12 @@ public:
     void reportProgressTo(const ReportsSynchronizationProgress* progress) { m_progress = progress; }
 
     const TransferLimits& limits() const { return m_limits; }
+    // Looks up the proxy for the remote (HttpProxyLookup) and points options at it: https goes through
+    // libgit2's own tunnel, plain http through ProxiedHttpSubtransport. For a clone, repository is null.
+    void routeThroughProxy(git_proxy_options& options, git_repository* repository = nullptr,
+                           const QByteArray& remoteName = {});
+    // The proxy a plain http transfer goes through; empty: none.
+    const QUrl& httpProxy() const { return m_httpProxy; }
     const QUrl& remote() const { return m_remote; }
 
     // From the transports, on the operation's thread.
@@ -110,6 +116,9 @@ private:
     QByteArray m_lastSideband;
     git_smart_subtransport_definition m_gitProtocol{};
     git_smart_subtransport_definition m_http{};
+    git_smart_subtransport_definition m_proxiedHttp{};
+    QUrl m_httpProxy;
+    QByteArray m_httpsProxy; // what libgit2's options point at
     git_smart_subtransport_definition m_ssh{};
 
     std::mutex m_mutex;

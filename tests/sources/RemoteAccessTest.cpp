@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Corvane/sources/HttpProxyLookup.h"
 #include "Corvane/sources/SynchronizedRepository.h"
 
 #include "SshServer.h"
@@ -63,10 +64,13 @@ std::optional<QString> failureOf(const SynchronizedRepository& synchronizedRepos
 // The logging proxy of the test support, and what went through it.
 class LoggingProxy {
 public:
-    LoggingProxy()
+    // credentials: "user:password" the proxy requires; empty: none
+    explicit LoggingProxy(const QString& credentials = {})
     {
-        m_process.start(QStringLiteral("python3"),
-                        {qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/tests/support/logging-proxy.py"});
+        QStringList arguments{qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/tests/support/logging-proxy.py"};
+        if (!credentials.isEmpty())
+            arguments << credentials;
+        m_process.start(QStringLiteral("python3"), arguments);
         if (m_process.waitForReadyRead(10000))
             m_port = m_process.readLine().trimmed().toInt();
     }
@@ -75,7 +79,11 @@ public:
         m_process.kill();
         m_process.waitForFinished();
     }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+    // userInfo: "user:password" to put into the URL
+    QString url(const QString& userInfo = {}) const
+    {
+        return "http://" + (userInfo.isEmpty() ? QString() : userInfo + u'@') + "127.0.0.1:" + QString::number(m_port);
+    }
     bool isRunning() const { return m_port != 0; }
     QStringList requests()
     {
@@ -111,17 +119,23 @@ private slots:
         QTest::addColumn<QStringList>("answers");  // the provider's answers, in order: a password, or "-" for none
         QTest::addColumn<bool>("succeeds");
         QTest::addColumn<int>("asked");            // the provider's last attempt on the first transfer (0: never asked)
+        QTest::addColumn<bool>("proxied");         // through an http proxy
         for (const bool https : {false, true}) {
             const char* scheme = https ? "https" : "http";
-            QTest::addRow("password in the URL over %s", scheme) << https << "grace:s3cret%20pass" << QStringList{} << true << 0;
-            QTest::addRow("provider over %s", scheme) << https << "" << QStringList{password} << true << 1;
-            QTest::addRow("only a user in the URL, provider over %s", scheme) << https << "grace" << QStringList{password} << true << 1;
-            QTest::addRow("refused once, then right over %s", scheme) << https << "" << QStringList{"wrong", password} << true << 2;
-            QTest::addRow("wrong password in the URL, provider over %s", scheme) << https << "grace:wrong" << QStringList{password} << true << 1;
-            QTest::addRow("always refused over %s", scheme) << https << "" << QStringList{"a", "b", "c", "d"} << false << 3;
-            QTest::addRow("provider gives nothing over %s", scheme) << https << "" << QStringList{"-"} << false << 1;
-            QTest::addRow("no credentials over %s", scheme) << https << "" << QStringList{} << false << 0;
+            QTest::addRow("password in the URL over %s", scheme) << https << "grace:s3cret%20pass" << QStringList{} << true << 0 << false;
+            QTest::addRow("provider over %s", scheme) << https << "" << QStringList{password} << true << 1 << false;
+            QTest::addRow("only a user in the URL, provider over %s", scheme) << https << "grace" << QStringList{password} << true << 1 << false;
+            QTest::addRow("refused once, then right over %s", scheme) << https << "" << QStringList{"wrong", password} << true << 2 << false;
+            QTest::addRow("wrong password in the URL, provider over %s", scheme) << https << "grace:wrong" << QStringList{password} << true << 1 << false;
+            QTest::addRow("always refused over %s", scheme) << https << "" << QStringList{"a", "b", "c", "d"} << false << 3 << false;
+            QTest::addRow("provider gives nothing over %s", scheme) << https << "" << QStringList{"-"} << false << 1 << false;
+            QTest::addRow("no credentials over %s", scheme) << https << "" << QStringList{} << false << 0 << false;
         }
+        // Plain http through a proxy takes a way of its own; the server's questions are the same.
+        QTest::newRow("password in the URL through a proxy") << false << "grace:s3cret%20pass" << QStringList{} << true << 0 << true;
+        QTest::newRow("refused once, then right through a proxy") << false << "" << QStringList{"wrong", password} << true << 2 << true;
+        QTest::newRow("always refused through a proxy") << false << "" << QStringList{"a", "b", "c", "d"} << false << 3 << true;
+        QTest::newRow("no credentials through a proxy") << false << "" << QStringList{} << false << 0 << true;
     }
 
     void authenticatesWithoutStoringSecrets()
@@ -131,8 +145,14 @@ private slots:
         QFETCH(QStringList, answers);
         QFETCH(bool, succeeds);
         QFETCH(int, asked);
+        QFETCH(bool, proxied);
         ThemeRepositoryScene scene;
         PrivateRemote remote(scene, https);
+        std::optional<LoggingProxy> proxy;
+        if (proxied) {
+            proxy.emplace();
+            qputenv("http_proxy", proxy->url().toLatin1());
+        }
         QVERIFY(!remote.tls || remote.tls->isRunning());
         QUrl url = remote.url();
         url.setUserInfo(inUrl, QUrl::TolerantMode);
@@ -161,6 +181,8 @@ private slots:
             QVERIFY(request.userPasswordAllowed && !request.sshAllowed);
         }
         QCOMPARE(lastAttempt, asked);
+        if (proxy)
+            QVERIFY(!proxy->requests().isEmpty());
         if (failure) {
             QVERIFY(!failure->contains("s3cret"));
             return;
@@ -311,43 +333,70 @@ private slots:
             QVERIFY(!QFileInfo::exists(scene.clonePath() + "/Themes"));
     }
 
-    // Proxies are found where git finds them; a logging proxy shows what went through it. (libgit2 1.5
-    // connects to plain http servers directly whatever the proxy settings; https is what they serve.)
+    // Proxies are found where git finds them; a logging proxy shows what went through it: https
+    // tunnelled with CONNECT, plain http asked for with absolute targets.
     void goesThroughTheConfiguredProxy_data()
     {
         QTest::addColumn<QString>("served");   // http or https
-        QTest::addColumn<QString>("setting"); // how the proxy is named
+        QTest::addColumn<QString>("setting");  // how the proxy is named: environment variables, "git:KEY" or "git:KEY=" (empty)
+        QTest::addColumn<QString>("proxyAuth"); // "": none asked; "given" in the proxy's URL; "missing"
         QTest::addColumn<QString>("expected"); // the start of the proxy's first request line; empty: unused
-        QTest::newRow("https_proxy") << "https" << "https_proxy" << "CONNECT 127.0.0.1:";
-        QTest::newRow("HTTPS_PROXY") << "https" << "HTTPS_PROXY" << "CONNECT 127.0.0.1:";
-        QTest::newRow("http.proxy of the clone's configuration") << "https" << "http.proxy" << "CONNECT 127.0.0.1:";
-        QTest::newRow("no_proxy names the server") << "https" << "https_proxy no_proxy" << "";
-        QTest::newRow("no proxy named") << "https" << "" << "";
+        QTest::addColumn<QString>("failure");  // PROXY: the proxy's host and port; empty: succeeds
+        QTest::newRow("https_proxy") << "https" << "https_proxy" << "" << "CONNECT 127.0.0.1:" << "";
+        QTest::newRow("HTTPS_PROXY") << "https" << "HTTPS_PROXY" << "" << "CONNECT 127.0.0.1:" << "";
+        QTest::newRow("http.proxy, https") << "https" << "git:http.proxy" << "" << "CONNECT 127.0.0.1:" << "";
+        QTest::newRow("no_proxy names the server, https") << "https" << "https_proxy no_proxy" << "" << "" << "";
+        QTest::newRow("no proxy named, https") << "https" << "" << "" << "" << "";
+        QTest::newRow("proxy credentials in its URL, https") << "https" << "https_proxy" << "given" << "CONNECT 127.0.0.1:" << "";
+        QTest::newRow("http_proxy") << "http" << "http_proxy" << "" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("HTTP_PROXY") << "http" << "HTTP_PROXY" << "" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("http.proxy, http") << "http" << "git:http.proxy" << "" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("remote.origin.proxy") << "http" << "git:remote.origin.proxy" << "" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("http.<server>.proxy") << "http" << "git:http.SERVER.proxy" << "" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("an empty http.proxy overrides http_proxy") << "http" << "http_proxy git:http.proxy=" << "" << "" << "";
+        QTest::newRow("no_proxy names the server, http") << "http" << "http_proxy no_proxy" << "" << "" << "";
+        QTest::newRow("no proxy named, http") << "http" << "" << "" << "" << "";
+        QTest::newRow("proxy credentials in its URL, http") << "http" << "http_proxy" << "given" << "GET http://127.0.0.1:" << "";
+        QTest::newRow("proxy credentials missing, http")
+            << "http" << "http_proxy" << "missing" << "GET http://127.0.0.1:" << "the proxy PROXY asks for credentials; give them in its URL";
     }
 
     void goesThroughTheConfiguredProxy()
     {
         QFETCH(QString, served);
         QFETCH(QString, setting);
+        QFETCH(QString, proxyAuth);
         QFETCH(QString, expected);
+        QFETCH(QString, failure);
         ThemeRepositoryScene scene(served == "https" ? Served::https : Served::http);
-        LoggingProxy proxy;
+        const QString proxyCredentials = QStringLiteral("ada:pr0xy");
+        LoggingProxy proxy(proxyAuth.isEmpty() ? QString() : proxyCredentials);
         QVERIFY(proxy.isRunning());
+        const QString proxyUrl = proxy.url(proxyAuth == "given" ? proxyCredentials : QString());
         const SynchronizedRepository synchronizedRepository(scene.cloneUrl(), scene.remoteUrl());
-        if (setting == "http.proxy") {
+        if (setting.contains("git:")) {
             // The clone's own configuration is read on every fetch.
             QVERIFY(!failureOf(synchronizedRepository));
-            runGit(scene.clonePath(), {"config", "http.proxy", proxy.url()});
             scene.commitTheme("Dawn");
         }
+        QUrl server = scene.remoteUrl();
+        server.setPath({});
         for (const QString& name : setting.split(' ', Qt::SkipEmptyParts)) {
-            if (name.endsWith("_proxy", Qt::CaseInsensitive))
-                qputenv(name.toLatin1().constData(), name == "no_proxy" ? QByteArray("127.0.0.1") : proxy.url().toLatin1());
+            if (name.startsWith("git:")) {
+                const QStringList keyAndValue = name.mid(4).split('=');
+                QString key = keyAndValue.first();
+                runGit(scene.clonePath(), {"config", key.replace("SERVER", server.toString()),
+                                           keyAndValue.size() > 1 ? keyAndValue.last() : proxyUrl});
+            } else {
+                qputenv(name.toLatin1().constData(), name == "no_proxy" ? QByteArray("127.0.0.1") : proxyUrl.toLatin1());
+            }
         }
 
-        const auto failure = failureOf(synchronizedRepository);
-        QVERIFY2(!failure, qPrintable(failure.value_or("")));
-        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        const auto failed = failureOf(synchronizedRepository);
+        const QString proxyAddress = QStringLiteral("127.0.0.1:%1").arg(QUrl(proxy.url()).port());
+        QCOMPARE(failed.value_or(QString()), failure.replace("PROXY", proxyAddress));
+        if (!failed)
+            QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
         const QStringList requests = proxy.requests();
         if (expected.isEmpty()) {
             QVERIFY2(requests.isEmpty(), qPrintable(requests.join('\n')));
@@ -356,6 +405,34 @@ private slots:
             QVERIFY2(requests.first().startsWith(expected + QString::number(scene.tls ? scene.tls->port() : scene.http->port())),
                      qPrintable(requests.first()));
         }
+    }
+
+    // no_proxy as git and curl read it: names, domains and ports, never a name that merely ends alike.
+    void namesHostsToReachDirectly_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QByteArray>("noProxy");
+        QTest::addColumn<bool>("direct");
+        QTest::newRow("the host") << "http://example.org/themes" << QByteArray("example.org") << true;
+        QTest::newRow("a host in the domain") << "http://git.example.org/themes" << QByteArray("example.org") << true;
+        QTest::newRow("the domain with a leading dot") << "http://git.example.org/themes" << QByteArray(".example.org") << true;
+        QTest::newRow("the domain with a star") << "http://git.example.org/themes" << QByteArray("*.example.org") << true;
+        QTest::newRow("a name that only ends alike") << "http://badexample.org/themes" << QByteArray("example.org") << false;
+        QTest::newRow("in a list with spaces") << "http://example.org/themes" << QByteArray("localhost, example.org") << true;
+        QTest::newRow("letter case") << "http://Git.Example.ORG/themes" << QByteArray("example.org") << true;
+        QTest::newRow("the port given") << "http://example.org:8080/themes" << QByteArray("example.org:8080") << true;
+        QTest::newRow("another port") << "http://example.org:8080/themes" << QByteArray("example.org:9090") << false;
+        QTest::newRow("the scheme's port") << "https://example.org/themes" << QByteArray("example.org:443") << true;
+        QTest::newRow("everything") << "http://example.org/themes" << QByteArray("*") << true;
+        QTest::newRow("nothing") << "http://example.org/themes" << QByteArray(" , ") << false;
+    }
+
+    void namesHostsToReachDirectly()
+    {
+        QFETCH(QString, url);
+        QFETCH(QByteArray, noProxy);
+        QFETCH(bool, direct);
+        QCOMPARE(HttpProxyLookup::isExempt(QUrl(url), noProxy), direct);
     }
 
     // The clone follows the configured branch, and the configured remote wherever it moves.

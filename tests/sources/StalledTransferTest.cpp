@@ -6,6 +6,7 @@
 #include "ThemeRepositoryScene.h"
 
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace corvane;
@@ -39,26 +40,32 @@ private slots:
         QTest::addColumn<int>("behaviour");
         QTest::addColumn<bool>("fetch");
         QTest::addColumn<QString>("text"); // URL: the url as shown
+        QTest::addColumn<bool>("proxied"); // the stalling server is the http proxy
 
         const QString connect = "Could not connect to URL within 0.6 seconds.";
         const QString silent = "The server of URL accepted the connection but sent nothing for 0.7 seconds.";
         const QString frozen = "The transfer from URL made no progress for 0.8 seconds.";
         const QString frozenPack = "The transfer from URL made no progress for 2.5 seconds.";
-        QTest::newRow("http, silent") << "http://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
-        QTest::newRow("https, silent") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
-        QTest::newRow("ssh, silent") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << false << silent;
-        QTest::newRow("git, silent") << "git://127.0.0.1:PORT/themes" << int(Silent) << false << silent;
-        QTest::newRow("https, silent, fetch") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << true << silent;
-        QTest::newRow("ssh, silent, fetch") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << true << silent;
-        QTest::newRow("http, unreachable") << "http://127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect;
-        QTest::newRow("ssh, unreachable") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect;
-        QTest::newRow("git, unreachable") << "git://127.0.0.1:PORT/themes" << int(Unreachable) << false << connect;
-        QTest::newRow("http, frozen after its first bytes") << "http://127.0.0.1:PORT/themes.git" << int(FrozenHttp) << false << frozen;
-        QTest::newRow("git, frozen in the middle of the pack") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << false << frozenPack;
-        QTest::newRow("http, frozen in the middle of the pack") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << false << frozenPack;
-        QTest::newRow("http, frozen in the middle of the pack, fetch") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << true << frozenPack;
-        QTest::newRow("https, frozen in the middle of the pack") << "https://127.0.0.1:PORT/themes" << int(FrozenHttpsPack) << false << frozenPack;
-        QTest::newRow("git, frozen in the middle of the pack, fetch") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << true << frozenPack;
+        QTest::newRow("http, silent") << "http://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent << false;
+        QTest::newRow("https, silent") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << false << silent << false;
+        QTest::newRow("ssh, silent") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << false << silent << false;
+        QTest::newRow("git, silent") << "git://127.0.0.1:PORT/themes" << int(Silent) << false << silent << false;
+        QTest::newRow("https, silent, fetch") << "https://127.0.0.1:PORT/themes.git" << int(Silent) << true << silent << false;
+        QTest::newRow("ssh, silent, fetch") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Silent) << true << silent << false;
+        QTest::newRow("http, unreachable") << "http://127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect << false;
+        QTest::newRow("ssh, unreachable") << "ssh://git@127.0.0.1:PORT/themes.git" << int(Unreachable) << false << connect << false;
+        QTest::newRow("git, unreachable") << "git://127.0.0.1:PORT/themes" << int(Unreachable) << false << connect << false;
+        QTest::newRow("http, frozen after its first bytes") << "http://127.0.0.1:PORT/themes.git" << int(FrozenHttp) << false << frozen << false;
+        QTest::newRow("git, frozen in the middle of the pack") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << false << frozenPack << false;
+        QTest::newRow("http, frozen in the middle of the pack") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << false << frozenPack << false;
+        QTest::newRow("http, frozen in the middle of the pack, fetch") << "http://127.0.0.1:PORT/themes" << int(FrozenHttpPack) << true << frozenPack << false;
+        QTest::newRow("https, frozen in the middle of the pack") << "https://127.0.0.1:PORT/themes" << int(FrozenHttpsPack) << false << frozenPack << false;
+        QTest::newRow("git, frozen in the middle of the pack, fetch") << "git://127.0.0.1:PORT/themes" << int(FrozenPack) << true << frozenPack << false;
+        // Through a proxy, the stalling server is the proxy and the remote is real (SERVER: its port).
+        QTest::newRow("http through a silent proxy") << "http://127.0.0.1:SERVER/themes.git" << int(Silent) << false << silent << true;
+        QTest::newRow("http through an unreachable proxy") << "http://127.0.0.1:SERVER/themes.git" << int(Unreachable) << false << connect << true;
+        QTest::newRow("http through a proxy frozen in the middle of the pack") << "http://127.0.0.1:SERVER/themes" << int(FrozenHttpPack) << false << frozenPack << true;
+        QTest::newRow("http through a proxy frozen in the middle of the pack, fetch") << "http://127.0.0.1:SERVER/themes" << int(FrozenHttpPack) << true << frozenPack << true;
     }
 
     void givesUpOnAServerThatStopsTalking()
@@ -67,9 +74,10 @@ private slots:
         QFETCH(int, behaviour);
         QFETCH(bool, fetch);
         QFETCH(QString, text);
+        QFETCH(bool, proxied);
         const bool frozenPack = behaviour == FrozenPack || behaviour == FrozenHttpPack || behaviour == FrozenHttpsPack;
-        ThemeRepositoryScene scene(behaviour == FrozenPack       ? Served::git
-                                   : behaviour == FrozenHttpPack  ? Served::http
+        ThemeRepositoryScene scene(behaviour == FrozenPack                  ? Served::git
+                                   : behaviour == FrozenHttpPack || proxied ? Served::http
                                    : behaviour == FrozenHttpsPack ? Served::https
                                                                   : Served::file);
         if (fetch)
@@ -90,7 +98,10 @@ private slots:
                               : behaviour == FrozenPack  ? StallingServer::relay(scene.daemon->port(), 256 * 1024)
                               : behaviour == FrozenHttpPack ? StallingServer::relay(scene.http->port(), 256 * 1024)
                                                             : StallingServer::relay(scene.tls->port(), 256 * 1024));
-        const QUrl remote(url.replace("PORT", QString::number(server.port())));
+        const QUrl remote(url.replace("PORT", QString::number(server.port())).replace("SERVER", QString::number(scene.http ? scene.http->port() : 0)));
+        if (proxied)
+            qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(server.port()));
+        const auto noProxy = qScopeGuard([] { qunsetenv("http_proxy"); });
         if (fetch)
             runGit(scene.clonePath(), {"remote", "set-url", "origin", remote.toString()});
 

@@ -58,6 +58,18 @@ QByteArray response(const QByteArray& contentType, const QByteArray& body)
         + QByteArray::number(body.size()) + "\r\n\r\n" + body;
 }
 
+// The answer to a fetch comes in chunks, as from a server that streams it without knowing its length.
+QByteArray chunkedResponse(const QByteArray& contentType, const QByteArray& body)
+{
+    QByteArray reply = "HTTP/1.1 200 OK\r\nContent-Type: " + contentType + "\r\nTransfer-Encoding: chunked\r\n\r\n";
+    constexpr qsizetype chunk = 16 * 1024;
+    for (qsizetype at = 0; at < body.size(); at += chunk) {
+        const QByteArray part = body.mid(at, chunk);
+        reply += QByteArray::number(part.size(), 16) + "\r\n" + part + "\r\n";
+    }
+    return reply + "0\r\n\r\n";
+}
+
 // The body of a request, by its length or in chunks.
 bool readBody(int socket, QByteArray& buffer, const QByteArray& headers, QByteArray& body,
               const std::atomic<bool>& stopping)
@@ -151,7 +163,7 @@ void SmartHttpServer::answer(int client, const std::atomic<bool>& stopping)
                              "001e# service=git-upload-pack\n0000" + uploadPack(repository, {QStringLiteral("--advertise-refs")}, {}));
         } else if (target.endsWith("/git-upload-pack")) {
             const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.size() - 17)));
-            reply = response("application/x-git-upload-pack-result", uploadPack(repository, {}, body));
+            reply = chunkedResponse("application/x-git-upload-pack-result", uploadPack(repository, {}, body));
         } else {
             reply = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
         }
