@@ -407,6 +407,31 @@ private slots:
         }
     }
 
+    // A repository that moved is followed to where its listing was redirected, with or without a proxy.
+    void followsARedirectedRepository_data()
+    {
+        QTest::addColumn<bool>("proxied");
+        QTest::newRow("directly") << false;
+        QTest::newRow("through a proxy") << true;
+    }
+
+    void followsARedirectedRepository()
+    {
+        QFETCH(bool, proxied);
+        ThemeRepositoryScene scene(Served::http);
+        std::optional<LoggingProxy> proxy;
+        if (proxied) {
+            proxy.emplace();
+            qputenv("http_proxy", proxy->url().toLatin1());
+        }
+        const QUrl moved = scene.http->url(QStringLiteral("moved/themes"));
+        const auto failure = failureOf(SynchronizedRepository(scene.cloneUrl(), moved));
+        QVERIFY2(!failure, qPrintable(failure.value_or("")));
+        QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
+        if (proxy)
+            QVERIFY(!proxy->requests().isEmpty());
+    }
+
     // no_proxy as git and curl read it: names, domains and ports, never a name that merely ends alike.
     void namesHostsToReachDirectly_data()
     {

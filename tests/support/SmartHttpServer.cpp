@@ -157,6 +157,8 @@ void SmartHttpServer::answer(int client, const std::atomic<bool>& stopping)
         QByteArray reply;
         if (!m_authorization.isEmpty() && !authorized(headers, m_authorization)) {
             reply = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"themes\"\r\nContent-Length: 0\r\n\r\n";
+        } else if (target.startsWith("/moved/")) {
+            reply = "HTTP/1.1 301 Moved Permanently\r\nLocation: " + target.mid(6) + "\r\nContent-Length: 0\r\n\r\n";
         } else if (target.endsWith("/info/refs?service=git-upload-pack")) {
             const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.indexOf("/info/refs") - 1)));
             reply = response("application/x-git-upload-pack-advertisement",

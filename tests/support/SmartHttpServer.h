@@ -17,7 +17,8 @@ namespace corvane::test {
 // after another on kept-alive connections, the listing with its length and the fetch's answer in
 // chunks. Runs on threads of its own, since the code under test blocks the test's thread. Given a user
 // and password, it answers every request without them (basic authentication) with 401, as a private
-// repository's server does. Requests through a proxy (absolute targets) are answered too.
+// repository's server does. Requests through a proxy (absolute targets) are answered too. Anything
+// below /moved/ is redirected (301) to the same path without that prefix.
 class SmartHttpServer {
 public:
     explicit SmartHttpServer(QString basePath, QString user = {}, QString password = {});
