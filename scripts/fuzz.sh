@@ -21,7 +21,7 @@ fi
 
 cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER="$compiler" \
   -DCORVANE_BUILD_FUZZERS=ON -DBUILD_TESTING=OFF -DCORVANE_BUILD_TOOLS=OFF -DCORVANE_BUILD_EXAMPLES=OFF >/dev/null
-cmake --build "$build" --parallel "$(nproc)" --target VersionFuzzer ThemeDecodingFuzzer
+cmake --build "$build" --parallel "$(nproc)" --target VersionFuzzer ThemeDecodingFuzzer HttpResponseFuzzer
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -51,4 +51,5 @@ run() {
 
 run VersionFuzzer version -max_len=256
 run ThemeDecodingFuzzer theme -max_len=16384 -dict="$top/fuzz/theme.dict"
+run HttpResponseFuzzer http-response -max_len=65536 -dict="$top/fuzz/http.dict"
 exit $status

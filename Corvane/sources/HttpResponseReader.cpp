@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/sources/HttpResponseReader.h"
 
-#include "Corvane/sources/WatchedSocket.h"
+#include "Corvane/sources/ReceivesBytes.h"
+
+#include <git2.h>
 
 #include <QList>
 
@@ -15,18 +17,19 @@ namespace {
 constexpr qsizetype longestLine = 16 * 1024;
 constexpr qsizetype longestHead = 256 * 1024;
 constexpr qsizetype receiveSize = 64 * 1024;
+constexpr int mostInterimResponses = 8;
 
 } // namespace
 
-HttpResponseReader::HttpResponseReader(WatchedSocket& socket, QByteArray peer)
-    : m_socket(socket)
+HttpResponseReader::HttpResponseReader(ReceivesBytes& connection, QByteArray peer)
+    : m_connection(connection)
     , m_peer(std::move(peer))
 {
 }
 
 bool HttpResponseReader::failed(const QByteArray& what)
 {
-    WatchedSocket::setNetworkError(what + " from " + m_peer);
+    git_error_set_str(GIT_ERROR_NET, (what + " from " + m_peer).constData());
     return false;
 }
 
@@ -41,7 +44,7 @@ bool HttpResponseReader::need(qsizetype count)
         }
         const qsizetype had = m_pending.size();
         m_pending.resize(had + receiveSize);
-        const ssize_t received = m_socket.receive(m_pending.data() + had, size_t(receiveSize));
+        const ssize_t received = m_connection.receive(m_pending.data() + had, size_t(receiveSize));
         m_pending.resize(had + std::max<qsizetype>(received, 0));
         if (received < 0)
             return false;
@@ -67,7 +70,10 @@ bool HttpResponseReader::takeLine(QByteArray& line)
 
 bool HttpResponseReader::readHead()
 {
+    int interim = 0;
     do {
+        if (++interim > mostInterimResponses)
+            return failed("one interim response after another");
         QByteArray statusLine;
         if (!takeLine(statusLine))
             return false;

@@ -8,14 +8,15 @@
 
 namespace corvane {
 
-class WatchedSocket;
+class ReceivesBytes;
 
-// Reads one HTTP/1.1 response from a connection: the status line and headers, then the body as its
-// framing says (a length, chunks, or up to the end of the connection), handing out the body's bytes and
-// nothing of the framing. Failures leave a network error naming the peer as libgit2's last error.
+// Reads one HTTP/1.1 response from a peer that may be hostile: the status line and headers, then the
+// body as its framing says (a length, chunks, or up to the end of the connection), handing out the
+// body's bytes and nothing of the framing. Lines and heads are bounded. Failures leave a network error
+// naming the peer as libgit2's last error.
 class HttpResponseReader {
 public:
-    HttpResponseReader(WatchedSocket& socket, QByteArray peer);
+    HttpResponseReader(ReceivesBytes& connection, QByteArray peer);
 
     // Reads up to the end of the headers, passing over interim (1xx) responses.
     bool readHead();
@@ -39,7 +40,7 @@ private:
     bool startNextChunk();
     bool failed(const QByteArray& what);
 
-    WatchedSocket& m_socket;
+    ReceivesBytes& m_connection;
     QByteArray m_peer;
     QByteArray m_pending; // received, not yet consumed from m_offset on
     qsizetype m_offset = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Corvane/sources/ReceivesBytes.h"
+
 #include <QByteArray>
 
 #include <cstddef>
@@ -13,10 +15,10 @@ class TransferWatch;
 // A TCP connection of our own whose every wait (address lookup aside, connecting, sending, the next
 // bytes) ends when the operation's TransferWatch times the transfer out, and whose every byte counts as
 // progress for it. Failures leave a network error, naming the host, as libgit2's last error.
-class WatchedSocket {
+class WatchedSocket final : public ReceivesBytes {
 public:
     explicit WatchedSocket(TransferWatch& watch);
-    ~WatchedSocket();
+    ~WatchedSocket() override;
 
     WatchedSocket(const WatchedSocket&) = delete;
     WatchedSocket& operator=(const WatchedSocket&) = delete;
@@ -28,7 +30,7 @@ public:
     bool sendAll(const char* data, size_t length);
     bool sendAll(const QByteArray& data) { return sendAll(data.constData(), size_t(data.size())); }
     // The number of bytes received, 0 once the peer has closed the connection, -1 on failure.
-    ssize_t receive(char* buffer, size_t size);
+    ssize_t receive(char* buffer, size_t size) override;
 
     static void setNetworkError(const QByteArray& text);
 
