@@ -539,5 +539,11 @@
         <source>Undoing the install stopped at &apos;%1&apos;: %2</source>
         <translation type="unfinished"></translation>
     </message>
+    <message id="corvane.loading.undo-progress" numerus="yes">
+        <source>Undoing %1 of %2…</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -558,5 +558,12 @@
         <source>Undoing the install stopped at &apos;%1&apos;: %2</source>
         <translation>Das Rückgängigmachen der Installation hielt bei &apos;%1&apos; an: %2</translation>
     </message>
+    <message id="corvane.loading.undo-progress" numerus="yes">
+        <source>Undoing %1 of %2…</source>
+        <translation>
+            <numerusform>Mache %1 von %2 rückgängig …</numerusform>
+            <numerusform>Mache %1 von %2 rückgängig …</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -20,7 +20,10 @@ public:
     // fetch). A few times a second at most; the loading state stays until the rows or the failure come.
     // The default shows nothing.
     virtual void showSynchronizationProgress(const SynchronizationProgress& progress) { Q_UNUSED(progress) }
-    // The batch that showed progress stopped: finished (a refresh follows at once) or failed.
+    // Undoing the last batch, when it takes longer than a slice: `undone` of `total` files put back so
+    // far. As for a batch, the view takes no requests until showInstallEnded(). The default shows nothing.
+    virtual void showUndoProgress(qsizetype undone, qsizetype total) { Q_UNUSED(undone) Q_UNUSED(total) }
+    // The batch or undo that showed progress stopped: finished (a refresh follows at once) or failed.
     virtual void showInstallEnded() {}
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 
+#include "Corvane/module/Dispatch.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/themes/FileManager.h"
 #include "Corvane/themes/FileNameEncoding.h"
@@ -29,7 +30,8 @@ ThemeEntryEventHandler::ThemeEntryEventHandler(Configuration configuration,
 
 void ThemeEntryEventHandler::installThemes(const QList<CopyCommand>& commands)
 {
-    if (m_batch)
+    // While an undo runs, the rows are stale and the directory's lock is the undo's.
+    if (m_batch || m_undoing)
         return;
     m_batch.emplace(commands, m_configuration.installedThemeDirectory());
     continueBatch();
@@ -100,9 +102,47 @@ void ThemeEntryEventHandler::reportWritten(QStringList files, const InstallBatch
 
 void ThemeEntryEventHandler::undoLastInstall()
 {
-    if (m_batch)
+    if (m_batch || m_undoing)
         return;
-    auto undone = corvane::undoLastInstall(m_configuration.installedThemeDirectory());
+    const QUrl directory = m_configuration.installedThemeDirectory();
+    // A handler that no shared pointer owns cannot be called back safely: it undoes in one go.
+    const std::weak_ptr<ThemeEntryEventHandler> handler = weak_from_this();
+    if (handler.expired() || !QCoreApplication::instance()) {
+        undoEnded(corvane::undoLastInstall(directory));
+        return;
+    }
+    m_undoing = true;
+    dispatchUserInitiated([handler, directory] {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        qint64 reported = -1;
+        auto undone = corvane::undoLastInstall(directory, [&](qsizetype done, qsizetype total) {
+            // Nothing for an undo over within a slice; after that, a report each frame or so.
+            const qint64 now = elapsed.elapsed();
+            if (now < sliceDuration.count() || (reported >= 0 && now - reported < 16 && done < total))
+                return;
+            reported = now;
+            dispatchMain([handler, done, total] {
+                if (const auto self = handler.lock(); self && self->m_undoing) {
+                    self->m_undoShowedProgress = true;
+                    self->m_presenter->showUndoProgress(done, total);
+                }
+            });
+        });
+        dispatchMain([handler, undone = std::move(undone)]() mutable {
+            if (const auto self = handler.lock())
+                self->undoEnded(std::move(undone));
+        });
+    });
+}
+
+void ThemeEntryEventHandler::undoEnded(Result<UndoneInstall, TextError> undone)
+{
+    const bool showedProgress = m_undoShowedProgress;
+    m_undoing = false;
+    m_undoShowedProgress = false;
+    if (showedProgress)
+        m_presenter->showInstallEnded();
     if (!undone) {
         if (m_user->openFolderAfterUndoFailed(AnyError(undone.error())))
             openThemeDirectory();

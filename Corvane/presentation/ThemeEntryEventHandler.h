@@ -47,13 +47,15 @@ public:
     void refreshThemes() override;
     void openThemeDirectory() override;
     // Takes back the directory's last install batch, whoever made it; a refusal is shown as an alert.
-    // Ignored while a batch runs.
+    // The files move on a worker thread, the list showing how far they got once that outlasts a slice;
+    // the outcome comes back through the event loop. Ignored while a batch or an undo runs.
     void undoLastInstall() override;
 
     // The reset object, made with the handler's alerts when first needed and kept from then on.
     ResetLocalThemeDirectories& resetLocalThemeDirectories();
 
     bool isInstalling() const { return m_batch.has_value(); }
+    bool isUndoing() const { return m_undoing; }
 
     // After each batch that wrote anything, also one stopped by a failure: the files written, in order.
     std::function<void(const QStringList& files)> themesInstalled;
@@ -87,8 +89,11 @@ private:
         InstallBatchSummary summary;
     };
     std::optional<Batch> m_batch;
+    bool m_undoing = false;
+    bool m_undoShowedProgress = false;
 
     void continueBatch();
+    void undoEnded(Result<UndoneInstall, TextError> undone);
     void reportWritten(QStringList files, const InstallBatchSummary& summary) const;
     void copyingFailed(const CopyCommand& command, const AnyError& error);
 };

@@ -73,6 +73,11 @@ void ThemeEntryPresenter::showInstallProgress(qsizetype installed, qsizetype tot
     m_view->showInstallProgress(installed, total);
 }
 
+void ThemeEntryPresenter::showUndoProgress(qsizetype undone, qsizetype total)
+{
+    m_view->showUndoProgress(undone, total);
+}
+
 void ThemeEntryPresenter::showInstallEnded()
 {
     m_view->showInstallEnded();

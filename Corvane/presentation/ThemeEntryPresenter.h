@@ -25,6 +25,7 @@ public:
 
     // Hands a long install batch's progress, and its end, to the view.
     void showInstallProgress(qsizetype installed, qsizetype total);
+    void showUndoProgress(qsizetype undone, qsizetype total);
     void showInstallEnded();
     // Main thread only. Shown while a comparison runs; a report that arrives after it ended is stale.
     void showSynchronizationProgress(const SynchronizationProgress& progress);

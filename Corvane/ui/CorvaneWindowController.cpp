@@ -156,6 +156,12 @@ void CorvaneWindowController::showSynchronizationProgress(const SynchronizationP
         m_listViewController->showSynchronizationProgress(progress);
 }
 
+void CorvaneWindowController::showUndoProgress(qsizetype undone, qsizetype total)
+{
+    if (m_listViewController)
+        m_listViewController->showUndoProgress(undone, total);
+}
+
 void CorvaneWindowController::showInstallEnded()
 {
     if (m_listViewController)

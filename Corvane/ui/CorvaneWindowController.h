@@ -43,6 +43,7 @@ public:
     void showThemeEntries(const ThemeListState& state) override;
     void showInstallProgress(qsizetype installed, qsizetype total) override;
     void showSynchronizationProgress(const SynchronizationProgress& progress) override;
+    void showUndoProgress(qsizetype undone, qsizetype total) override;
     void showInstallEnded() override;
 
     static inline const QString settingsGroup = QStringLiteral("Corvane");

@@ -49,6 +49,15 @@ void LoadingViewController::showProgress(qsizetype installed, qsizetype total)
                     fillPlaceholders(format, {localizedNumber(double(installed)), localizedNumber(double(total))}));
 }
 
+void LoadingViewController::showUndoProgress(qsizetype undone, qsizetype total)
+{
+    //% "Undoing %1 of %2…"
+    const QString format = localizedCountedString(QT_TRID_N_NOOP("corvane.loading.undo-progress"), double(total),
+                                                  "Undoing %1 of %2…", "Undoing %1 of %2…");
+    showDeterminate(undone, total,
+                    fillPlaceholders(format, {localizedNumber(double(undone)), localizedNumber(double(total))}));
+}
+
 void LoadingViewController::showSynchronizationProgress(const SynchronizationProgress& progress)
 {
     // The clone is up to date: what remains is reading and comparing the themes, of unknown length.

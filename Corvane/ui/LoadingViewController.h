@@ -29,6 +29,8 @@ public:
     // A long install batch: the indicator counts the copies and the text says how far it got. Fades in
     // first when the overlay is not up; the next show() goes back to the running indicator.
     void showProgress(qsizetype installed, qsizetype total);
+    // The same for undoing the last batch.
+    void showUndoProgress(qsizetype undone, qsizetype total);
     // The clone's synchronisation while the list loads: the indicator fills for each stage in turn and
     // the text names the stage ("Checking out files: 500 of 10,000…"). Once every file is checked out,
     // back to the running indicator while the themes are compared.

@@ -44,8 +44,8 @@ ThemeListViewController::ThemeListViewController(QWidget* parent)
     , m_tableViewModel(new ThemeTableModel(this))
     , m_loadingViewController(new LoadingViewController)
     , m_allUpToDateViewController(new AllUpdatedViewController)
-    , m_summaryClock(new QTimer(this))
     , m_undoNotice(new UndoNotice)
+    , m_summaryClock(new QTimer(this))
 {
     m_ui->setupUi(this);
     // In the button bar's free middle, so that its coming and going never moves the rows under the
@@ -294,14 +294,25 @@ void ThemeListViewController::showAllUpToDateIfEverythingSkipped()
 
 void ThemeListViewController::showInstallProgress(qsizetype installed, qsizetype total)
 {
-    if (!m_installing) {
-        parkFocusWhileBusy();
-        setBusy(m_loading, true);
-        m_ui->updateAllButton->setEnabled(false);
-        m_ui->refreshButton->setEnabled(false);
-        m_allUpToDateViewController->hide();
-    }
+    becomeBusyInstalling();
     m_loadingViewController->showProgress(installed, total);
+}
+
+void ThemeListViewController::showUndoProgress(qsizetype undone, qsizetype total)
+{
+    becomeBusyInstalling();
+    m_loadingViewController->showUndoProgress(undone, total);
+}
+
+void ThemeListViewController::becomeBusyInstalling()
+{
+    if (m_installing)
+        return;
+    parkFocusWhileBusy();
+    setBusy(m_loading, true);
+    m_ui->updateAllButton->setEnabled(false);
+    m_ui->refreshButton->setEnabled(false);
+    m_allUpToDateViewController->hide();
 }
 
 void ThemeListViewController::showInstallEnded()

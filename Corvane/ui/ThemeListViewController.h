@@ -69,6 +69,8 @@ public:
     // A long install batch: the buttons are disabled, rows take no presses, and the loading overlay
     // counts the copies ("Updating 340 of 2,000…") until the batch ends.
     void showInstallProgress(qsizetype installed, qsizetype total);
+    // The same while the last batch is undone ("Undoing 340 of 2,000…").
+    void showUndoProgress(qsizetype undone, qsizetype total);
     void showInstallEnded();
     // While the list loads, the loading overlay shows how far the clone's synchronisation got.
     void showSynchronizationProgress(const SynchronizationProgress& progress);
@@ -128,6 +130,8 @@ private:
     void showSummary();
     void showAllUpToDateIfEverythingSkipped();
     void parkFocusWhileBusy();
+    // A batch or an undo runs: the list takes no requests until showInstallEnded().
+    void becomeBusyInstalling();
     void restorePlace();
     void setBusy(bool loading, bool installing);
     void loadPreviewsOnScreen();

@@ -149,7 +149,7 @@ void appendUndone(int record, const QByteArray& folder, qsizetype index)
 
 } // namespace
 
-Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
+Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory, const ReportsUndoProgress& progress)
 {
     QByteArray directory = FileNameEncoding::encodeOrEmpty(installedDirectory.toLocalFile());
     while (directory.size() > 1 && directory.endsWith('/'))
@@ -198,6 +198,9 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
         return nothingToUndo(directory);
     }
     for (const Pending& step : steps) {
+        // Nothing has moved yet, but a receiver may show that the undo is under way.
+        if (progress)
+            progress(0, steps.size());
         if (auto refusal = checkUndoable(step))
             return std::unexpected(std::move(*refusal));
     }
@@ -205,7 +208,14 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
     // Each step is noted as done once done: a step that fails leaves a record a retry continues from.
     const DeferredSync durability;
     UndoneInstall undone;
+    qsizetype done = 0;
+    const auto advance = [&] {
+        if (progress)
+            progress(done, steps.size());
+        ++done;
+    };
     for (const Pending& step : steps) {
+        advance();
         const auto stopped = [&](const QString& reason) {
             //% "Undoing the install stopped at '%1': %2"
             return refuse(QT_TRID_NOOP("corvane.undo.failed"), "Undoing the install stopped at '%1': %2",
@@ -231,6 +241,7 @@ Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory)
         }
         appendUndone(record.get(), folder, step.index);
     }
+    advance();
     ::unlink(recordPath.constData());
     return undone;
 }

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
+
 namespace corvane {
 
 // What undoing an install batch did to each file, in the order it did it: a file the batch wrote went
@@ -26,6 +28,10 @@ using UndoneInstall = QList<UndoneFile>;
 // replaced must still lie in the Trash; otherwise nothing changes and the message names the file.
 // The record is consumed: a second undo finds nothing to undo. Installs into the directory wait
 // meanwhile, and a batch of thousands takes well under a second or two.
-CORVANE_EXPORT Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory);
+// progress hears how many of the files have been put back so far, on the thread the undo runs on: 0
+// while they are checked, then up to all of them.
+using ReportsUndoProgress = std::function<void(qsizetype undone, qsizetype total)>;
+CORVANE_EXPORT Result<UndoneInstall, TextError> undoLastInstall(const QUrl& installedDirectory,
+                                                                const ReportsUndoProgress& progress = {});
 
 } // namespace corvane

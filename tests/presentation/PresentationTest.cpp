@@ -6,6 +6,7 @@
 #include "Corvane/ui/WindowAlerts.h"
 #include "Corvane/presentation/ThemeEntryEventHandler.h"
 #include "Corvane/themes/FileManager.h"
+#include "Corvane/undo/InstallRecord.h"
 
 #include "AlertAnswerer.h"
 #include "ThemeFiles.h"
@@ -49,6 +50,10 @@ struct Neighbours final : FindsThemeDifferences, ShowsThemeUpdates, DeletesFiles
     void showInstallProgress(qsizetype installed, qsizetype total) override
     {
         log << u"progress %1/%2"_s.arg(installed).arg(total);
+    }
+    void showUndoProgress(qsizetype undone, qsizetype total) override
+    {
+        log << u"undoing %1/%2"_s.arg(undone).arg(total);
     }
     void showInstallEnded() override { log << u"ended"_s; }
     void showSynchronizationProgress(const SynchronizationProgress& progress) override
@@ -329,6 +334,56 @@ private slots:
         QCOMPARE(m_neighbours->log.last(), refused.isEmpty() ? u"loading"_s : u"ended"_s);
         QCOMPARE(answerer.seen().size(), refused.isEmpty() ? 0 : 1);
         QCOMPARE(m_neighbours->pending.size(), refused.isEmpty() ? 1 : 0);
+    }
+
+    // Undoing thousands of files runs off the main thread: the event loop keeps turning, installs wait,
+    // and the progress it showed ends before the refresh.
+    void undoOfALargeBatchRunsOffTheMainThread()
+    {
+        TrashSandbox trash;
+        QTemporaryDir dir;
+        const QString source = dir.filePath(u"source"_s), installed = dir.filePath(u"installed"_s);
+        constexpr int count = 1000;
+        QVERIFY(QDir().mkpath(installed));
+        {
+            const InstallRecord record(QUrl::fromLocalFile(installed));
+            for (int index = 0; index < count; ++index) {
+                const QString file = u"t%1.theme.json"_s.arg(index);
+                writeTheme(source, file, file, u"dark"_s, {u"Ann"_s}, u"1.0.0"_s);
+                QVERIFY(FileManager::shared()->copy(CopyCommand{source + u'/' + file, installed + u'/' + file}));
+            }
+        }
+        const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(u"/clone"_s),
+                                          QUrl::fromLocalFile(installed));
+        auto handler = std::make_shared<ThemeEntryEventHandler>(configuration, m_presenter, FileManager::shared(),
+                                                                std::make_shared<WindowAlerts>(), m_neighbours);
+        qsizetype undone = 0;
+        handler->installUndone = [&](const UndoneInstall& files) { undone = files.size(); };
+
+        handler->undoLastInstall();
+        QVERIFY(handler->isUndoing());
+        handler->installThemes({CopyCommand{source + u"/t0.theme.json"_s, installed + u"/t0.theme.json"_s}});
+        int turns = 0;
+        while (handler->isUndoing() && turns < 100000) {
+            QTest::qWait(1);
+            ++turns;
+        }
+        QVERIFY(!handler->isUndoing());
+        QVERIFY(turns > 1);
+
+        QCOMPARE(undone, count);
+        QCOMPARE(QDir(installed).entryList(QDir::Files), QStringList{}); // the install during the undo was ignored
+        const QStringList progress = m_neighbours->log.filter(u"undoing"_s);
+        QVERIFY(!progress.isEmpty());
+        qsizetype previous = 0;
+        for (const QString& line : progress) {
+            const qsizetype done = line.section(u' ', 1).section(u'/', 0, 0).toLongLong();
+            QVERIFY(done >= previous && line.endsWith(u"/%1"_s.arg(count)));
+            previous = done;
+        }
+        QCOMPARE(previous, count);
+        QCOMPARE(m_neighbours->log.mid(m_neighbours->log.indexOf(progress.last()) + 1),
+                 (QStringList{u"ended"_s, u"loading"_s}));
     }
 
 public slots:
