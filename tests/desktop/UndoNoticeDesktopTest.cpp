@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The notice that offers to undo an install batch, on a real X server: pressed through the X server as
 // a person would, it takes the batch back on disk and the list offers the themes again.
+#include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
 #include "Corvane/ui/UndoNotice.h"
 
@@ -51,6 +52,30 @@ private slots:
         QCOMPARE(trash.trashedNames(), (QStringList{u"harbor-night.theme.json"_s, u"theme-000.theme.json"_s,
                                                     u"theme-001.theme.json"_s, u"theme-002.theme.json"_s}));
         keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), u"after-undo"_s);
+    }
+
+    // Undoing two thousand themes takes a while: the overlay counts the files put back, and the window
+    // paints throughout.
+    void aLongUndoShowsItsProgress()
+    {
+        TrashSandbox trash;
+        Updater updater(2000);
+        updater.openReady(updater.remote.fileUrl());
+        updater.list->updateAll();
+        QTRY_VERIFY_WITH_TIMEOUT(updater.installedCount() == 2001 && updater.settled(), comparisonTimeout);
+        UndoNotice* notice = updater.list->undoNotice();
+        QTRY_VERIFY(notice->isVisible() && notice->undoButton()->isEnabled());
+
+        auto message = updater.list->loadingViewController()->findChild<QLabel*>(u"messageLabel"_s);
+        notice->undoButton()->click();
+        QTRY_VERIFY_WITH_TIMEOUT(message->isVisible() && message->text().startsWith(u"Undoing "_s), comparisonTimeout);
+        QVERIFY2(message->text().endsWith(u" of 2,001…"_s), qPrintable(message->text()));
+        QWidget* window = updater.wireframe->windowController()->window();
+        keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), u"undo-progress"_s);
+        QVERIFY(!updater.list->refreshButton()->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.settled() && updater.list->tableViewModel().entries().size() == 2001,
+                                 comparisonTimeout);
+        QCOMPARE(updater.installedCount(), 1);
     }
 
 private:
