@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The updater on a real X server (run it through tests/desktop/on-desktop.sh, see bench/desktop-figures.sh):
-// how soon the loading overlay reaches the screen after show(), and how Update All of 2,000 updates
-// keeps the window painting while it copies. Prints one line per figure; each run measures afresh.
+// how soon the loading overlay reaches the screen after show(), and how Update All of 2,000 themes and
+// the Undo that takes it back keep the window painting while files move. Prints one line per figure;
+// each run measures afresh.
 #include "Corvane/module/CorvaneWireframe.h"
 #include "Corvane/themes/DeferredSync.h"
 #include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/LoadingViewController.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
+#include "Corvane/ui/UndoNotice.h"
 
 #include <QApplication>
 #include <QDir>
@@ -54,13 +56,13 @@ void writeTheme(const QString& path, int index, const char* version)
                        .toUtf8());
 }
 
-// A remote with `count` themes at 2.0.0, each installed at 1.0.0.
+// A remote with `count` themes at 2.0.0, each installed at 1.0.0 unless they are to be new.
 struct Scene {
     QTemporaryDir directory;
     QString remote = directory.filePath(QStringLiteral("remote")), clone = directory.filePath(QStringLiteral("clone")),
             installed = directory.filePath(QStringLiteral("installed"));
 
-    explicit Scene(int count)
+    explicit Scene(int count, bool installedBefore = true)
     {
         QDir().mkpath(remote + QStringLiteral("/Themes"));
         QDir().mkpath(installed);
@@ -69,7 +71,8 @@ struct Scene {
         for (int index = 0; index < count; ++index) {
             const QString name = QStringLiteral("/t%1.theme.json").arg(index, 5, 10, QLatin1Char('0'));
             writeTheme(remote + QStringLiteral("/Themes") + name, index, "2.0.0");
-            writeTheme(installed + name, index, "1.0.0");
+            if (installedBefore)
+                writeTheme(installed + name, index, "1.0.0");
         }
         git(remote, {QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("-b"), QStringLiteral("master")});
         git(remote, {QStringLiteral("add"), QStringLiteral("-A")});
@@ -146,31 +149,20 @@ public:
 // every file it creates, so a batch right after the previous scene's clean-up measures that, not us.
 bool settle = false;
 
-BatchFigures updateAll(const Scene& scene)
+// Starts the list's work when the event loop next turns and times it until the list reloads: how long
+// it took, and the longest waits between event-loop turns and between paints of the overlay.
+BatchFigures untilReload(CorvaneWireframe& updater, ThemeListViewController* list, const std::function<void()>& start)
 {
-    // The batch starts from a settled disk, as a user's does: the scene's own thousands of new files
-    // and the previous run's background sync are written out first.
-    DeferredSync::waitForBackgroundSyncs();
-    ::sync();
-    if (settle)
-        ::sleep(31);
-    auto updater = scene.updater();
-    ThemeListViewController* list = updater->windowController()->listViewController();
-    updater->show();
-    spin([&] { return list->refreshButton()->isEnabled() && !list->isAnimating(); });
-    if (list->tableViewModel().entries().size() != updateCount)
-        std::fprintf(stderr, "expected %d rows, got %lld\n", updateCount, qlonglong(list->tableViewModel().entries().size()));
-
     QElapsedTimer clock;
     bool ended = false;
     qint64 endedAt = 0;
-    QObject::connect(updater->windowController().get(), &CorvaneWindowController::themeEntriesShown,
-                     [&](bool loading) {
-                         if (loading && !ended) {
-                             ended = true;
-                             endedAt = clock.nsecsElapsed();
-                         }
-                     });
+    const QMetaObject::Connection reloaded = QObject::connect(
+        updater.windowController().get(), &CorvaneWindowController::themeEntriesShown, [&](bool loading) {
+            if (loading && !ended) {
+                ended = true;
+                endedAt = clock.nsecsElapsed();
+            }
+        });
     PaintClock paints;
     paints.clock = &clock;
     list->loadingViewController()->installEventFilter(&paints);
@@ -187,10 +179,12 @@ BatchFigures updateAll(const Scene& scene)
     QTimer::singleShot(0, list, [&] {
         clock.start();
         lastTick = 0;
-        list->updateAll();
+        start();
     });
     spin([&] { return ended; });
     ticks.stop();
+    QObject::disconnect(reloaded);
+    list->loadingViewController()->removeEventFilter(&paints);
 
     BatchFigures figures;
     figures.batchMs = endedAt / 1e6;
@@ -203,8 +197,39 @@ BatchFigures updateAll(const Scene& scene)
         previous = paint;
         ++figures.paints;
     }
-    spin([&] { return list->refreshButton()->isEnabled(); });
+    spin([&] { return list->refreshButton()->isEnabled() && !list->isAnimating(); });
     return figures;
+}
+
+void print(const char* what, const BatchFigures& figures)
+{
+    std::printf("%s of %d: %.0f ms, longest event-loop gap %.1f ms, longest gap between overlay paints %.1f ms "
+                "over %d paints\n",
+                what, updateCount, figures.batchMs, figures.longestLoopGapMs, figures.longestPaintGapMs, figures.paints);
+}
+
+// Update All of the scene's themes, then the Undo its notice offers.
+void updateAllAndUndo(const Scene& scene, const char* updateName, const char* undoName)
+{
+    // The batch starts from a settled disk, as a user's does: the scene's own thousands of new files
+    // and the previous run's background sync are written out first.
+    DeferredSync::waitForBackgroundSyncs();
+    ::sync();
+    if (settle)
+        ::sleep(31);
+    auto updater = scene.updater();
+    ThemeListViewController* list = updater->windowController()->listViewController();
+    updater->show();
+    spin([&] { return list->refreshButton()->isEnabled() && !list->isAnimating(); });
+    if (list->tableViewModel().entries().size() != updateCount)
+        std::fprintf(stderr, "expected %d rows, got %lld\n", updateCount, qlonglong(list->tableViewModel().entries().size()));
+    print(updateName, untilReload(*updater, list, [list] { list->updateAll(); }));
+    DeferredSync::waitForBackgroundSyncs();
+    spin([&] { return list->undoNotice()->undoButton()->isEnabled(); });
+    print(undoName, untilReload(*updater, list, [list] { list->undoNotice()->undoButton()->click(); }));
+    if (list->tableViewModel().entries().size() != updateCount)
+        std::fprintf(stderr, "after the undo, expected %d rows, got %lld\n", updateCount,
+                     qlonglong(list->tableViewModel().entries().size()));
 }
 
 } // namespace
@@ -225,12 +250,9 @@ int main(int argc, char** argv)
         for (int run = 0; run < 5; ++run)
             std::printf("first frame with the loading overlay after show(): %.1f ms\n", firstOverlayFrame(scene));
     }
-    for (int run = 0; run < 3; ++run) {
-        const Scene scene(updateCount);
-        const BatchFigures figures = updateAll(scene);
-        std::printf("update all of %d: batch %.0f ms, longest event-loop gap %.1f ms, longest gap between "
-                    "overlay paints %.1f ms over %d paints\n",
-                    updateCount, figures.batchMs, figures.longestLoopGapMs, figures.longestPaintGapMs, figures.paints);
-    }
+    for (int run = 0; run < 3; ++run)
+        updateAllAndUndo(Scene(updateCount), "update all", "undo of the updates");
+    for (int run = 0; run < 2; ++run)
+        updateAllAndUndo(Scene(updateCount, false), "install all", "undo of the new themes");
     return 0;
 }
