@@ -68,10 +68,15 @@ public:
     int read(char* buffer, size_t size, size_t* bytesRead)
     {
         *bytesRead = 0;
-        if (!m_response) {
-            if (const int code = perform(); code < 0)
+        if (!m_performed) {
+            m_performed = true;
+            if (const int code = perform(); code < 0) {
+                m_response.reset(); // an answer that failed is never read as git's
                 return code;
+            }
         }
+        if (!m_response)
+            return fail("the request to " + m_transport.repository + " failed before");
         const ssize_t received = m_response->readBody(buffer, size);
         if (received < 0)
             return -1;
@@ -116,7 +121,8 @@ private:
                 return fail("malformed URL " + m_transport.repository);
             m_response.reset();
             m_socket = std::make_unique<WatchedSocket>(*m_transport.watch);
-            if (!m_socket->connectTo(m_transport.proxy.host().toUtf8(), QByteArray::number(m_transport.proxy.port(80)))
+            if (!m_socket->connectTo(m_transport.proxy.host(QUrl::FullyEncoded).toUtf8(),
+                                     QByteArray::number(m_transport.proxy.port(80)))
                 || !m_socket->sendAll(requestHead(target)) || !m_socket->sendAll(m_body))
                 return -1;
             m_response = std::make_unique<HttpResponseReader>(*m_socket, proxyName());
@@ -194,6 +200,7 @@ private:
 
     Subtransport& m_transport;
     bool m_listing;
+    bool m_performed = false;
     QByteArray m_body; // what libgit2 writes, sent with the request once it reads
     std::unique_ptr<WatchedSocket> m_socket;
     std::unique_ptr<HttpResponseReader> m_response;
