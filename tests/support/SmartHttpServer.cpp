@@ -4,6 +4,10 @@
 #include <QByteArray>
 #include <QDir>
 #include <QProcess>
+#include <QProcessEnvironment>
+#include <QUrl>
+
+#include <algorithm>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -41,30 +45,58 @@ bool sendAll(int socket, const QByteArray& data)
     return true;
 }
 
-QByteArray uploadPack(const QString& repository, const QStringList& options, const QByteArray& input)
+// A request's header, by name in any case; empty when absent.
+QByteArray headerValue(const QByteArray& headers, const QByteArray& name)
 {
+    for (const QByteArray& line : headers.split('\n')) {
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0 && line.left(colon).trimmed().toLower() == name)
+            return line.mid(colon + 1).trimmed();
+    }
+    return {};
+}
+
+// One request answered by `git http-backend` as a web server runs it (CGI), made into an HTTP/1.1 reply.
+// The answer to a fetch comes in chunks, as from a server that streams it without knowing its length;
+// everything else with its length.
+QByteArray httpBackend(const QString& root, const QByteArray& method, const QByteArray& target,
+                       const QByteArray& headers, const QByteArray& body)
+{
+    const qsizetype question = target.indexOf('?');
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("GIT_PROJECT_ROOT"), root);
+    environment.insert(QStringLiteral("GIT_HTTP_EXPORT_ALL"), QStringLiteral("1"));
+    environment.insert(QStringLiteral("REQUEST_METHOD"), QString::fromLatin1(method));
+    environment.insert(QStringLiteral("PATH_INFO"), QUrl::fromPercentEncoding(question < 0 ? target : target.left(question)));
+    environment.insert(QStringLiteral("QUERY_STRING"), question < 0 ? QString() : QString::fromLatin1(target.mid(question + 1)));
+    environment.insert(QStringLiteral("CONTENT_TYPE"), QString::fromLatin1(headerValue(headers, "content-type")));
+    environment.insert(QStringLiteral("CONTENT_LENGTH"), QString::number(body.size()));
+    environment.insert(QStringLiteral("REMOTE_ADDR"), QStringLiteral("127.0.0.1"));
     QProcess git;
-    git.start(QStringLiteral("git"), QStringList{QStringLiteral("upload-pack"), QStringLiteral("--stateless-rpc")} + options
-                                         + QStringList{repository});
-    git.write(input);
+    git.setProcessEnvironment(environment);
+    git.start(QStringLiteral("git"), {QStringLiteral("http-backend")});
+    git.write(body);
     git.closeWriteChannel();
     git.waitForFinished(60000);
-    return git.readAllStandardOutput();
-}
+    const QByteArray output = git.readAllStandardOutput();
 
-QByteArray response(const QByteArray& contentType, const QByteArray& body)
-{
-    return "HTTP/1.1 200 OK\r\nContent-Type: " + contentType + "\r\nCache-Control: no-cache\r\nContent-Length: "
-        + QByteArray::number(body.size()) + "\r\n\r\n" + body;
-}
-
-// The answer to a fetch comes in chunks, as from a server that streams it without knowing its length.
-QByteArray chunkedResponse(const QByteArray& contentType, const QByteArray& body)
-{
-    QByteArray reply = "HTTP/1.1 200 OK\r\nContent-Type: " + contentType + "\r\nTransfer-Encoding: chunked\r\n\r\n";
+    const qsizetype headEnd = output.indexOf("\r\n\r\n");
+    QByteArray status = "200 OK", replyHeaders;
+    for (const QByteArray& line : output.left(std::max<qsizetype>(headEnd, 0)).split('\n')) {
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.toLower().startsWith("status:"))
+            status = trimmed.mid(7).trimmed();
+        else if (!trimmed.isEmpty())
+            replyHeaders += trimmed + "\r\n";
+    }
+    const QByteArray payload = headEnd < 0 ? QByteArray() : output.mid(headEnd + 4);
+    QByteArray reply = "HTTP/1.1 " + status + "\r\n" + replyHeaders;
+    if (method != "POST")
+        return reply + "Content-Length: " + QByteArray::number(payload.size()) + "\r\n\r\n" + payload;
+    reply += "Transfer-Encoding: chunked\r\n\r\n";
     constexpr qsizetype chunk = 16 * 1024;
-    for (qsizetype at = 0; at < body.size(); at += chunk) {
-        const QByteArray part = body.mid(at, chunk);
+    for (qsizetype at = 0; at < payload.size(); at += chunk) {
+        const QByteArray part = payload.mid(at, chunk);
         reply += QByteArray::number(part.size(), 16) + "\r\n" + part + "\r\n";
     }
     return reply + "0\r\n\r\n";
@@ -108,12 +140,7 @@ bool readBody(int socket, QByteArray& buffer, const QByteArray& headers, QByteAr
 
 bool authorized(const QByteArray& headers, const QByteArray& expected)
 {
-    for (const QByteArray& line : headers.split('\n')) {
-        const qsizetype colon = line.indexOf(':');
-        if (colon > 0 && line.left(colon).trimmed().toLower() == "authorization")
-            return line.mid(colon + 1).trimmed() == expected;
-    }
-    return false;
+    return headerValue(headers, "authorization") == expected;
 }
 
 } // namespace
@@ -159,15 +186,8 @@ void SmartHttpServer::answer(int client, const std::atomic<bool>& stopping)
             reply = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"themes\"\r\nContent-Length: 0\r\n\r\n";
         } else if (target.startsWith("/moved/")) {
             reply = "HTTP/1.1 301 Moved Permanently\r\nLocation: " + target.mid(6) + "\r\nContent-Length: 0\r\n\r\n";
-        } else if (target.endsWith("/info/refs?service=git-upload-pack")) {
-            const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.indexOf("/info/refs") - 1)));
-            reply = response("application/x-git-upload-pack-advertisement",
-                             "001e# service=git-upload-pack\n0000" + uploadPack(repository, {QStringLiteral("--advertise-refs")}, {}));
-        } else if (target.endsWith("/git-upload-pack")) {
-            const QString repository = QDir(m_basePath).filePath(QString::fromUtf8(target.mid(1, target.size() - 17)));
-            reply = chunkedResponse("application/x-git-upload-pack-result", uploadPack(repository, {}, body));
         } else {
-            reply = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
+            reply = httpBackend(m_basePath, requestLine[0], target, headers, body);
         }
         if (!sendAll(client, reply))
             break;

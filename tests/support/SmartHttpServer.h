@@ -12,11 +12,11 @@
 
 namespace corvane::test {
 
-// A real smart-http git server on 127.0.0.1 for fetching: the two requests of git's http protocol
-// answered by "git upload-pack --stateless-rpc" over the repositories below a directory, one request
-// after another on kept-alive connections, the listing with its length and the fetch's answer in
-// chunks. Runs on threads of its own, since the code under test blocks the test's thread. Given a user
-// and password, it answers every request without them (basic authentication) with 401, as a private
+// A real smart-http git server on 127.0.0.1 for fetching: every request of git's http protocol is
+// answered by `git http-backend`, run as a web server runs it (CGI), over the repositories below a
+// directory, one request after another on kept-alive connections; the fetch's answer comes in chunks.
+// Runs on threads of its own, since the code under test blocks the test's thread. Given a user and
+// password, it answers every request without them (basic authentication) with 401, as a private
 // repository's server does. Requests through a proxy (absolute targets) are answered too. Anything
 // below /moved/ is redirected (301) to the same path without that prefix.
 class SmartHttpServer {
