@@ -139,17 +139,6 @@ private slots:
         QCoreApplication::removeTranslator(&host);
     }
 
-    void germanCatalogueTranslatesNestedTexts()
-    {
-        QTranslator german;
-        QVERIFY(german.load(QStringLiteral(GERMAN_CATALOGUE)));
-        QCoreApplication::installTranslator(&german);
-        const QString text = ThemeDecodingError{TextError{QStringLiteral("Expected directoryURL")}}.errorDescription();
-        QVERIFY2(!text.startsWith(QStringLiteral("Theme decoding failed")), qPrintable(text));
-        QVERIFY(text.endsWith(QStringLiteral("Expected directoryURL")));
-        QCoreApplication::removeTranslator(&german);
-    }
-
     void placeholdersAreFilledAsData_data()
     {
         QTest::addColumn<QString>("format");
@@ -178,12 +167,8 @@ private slots:
         QFETCH(QString, format);
         QFETCH(QStringList, arguments);
         QFETCH(QString, expected);
-        QString result;
-        if (arguments.size() == 1)
-            result = fillPlaceholders(format, {arguments[0]});
-        else
-            result = fillPlaceholders(format, {arguments[0], arguments[1]});
-        QCOMPARE(result, expected);
+        QCOMPARE(arguments.size() == 1 ? fillPlaceholders(format, {arguments[0]})
+                                       : fillPlaceholders(format, {arguments[0], arguments[1]}), expected);
     }
 
     // Texts that count: the word agrees with the number, and the number is written as the locale writes it.
