@@ -118,11 +118,13 @@ Updater::Updater(int count)
     remote.commitAll(u"Themes"_s);
 }
 
-void Updater::open(const QUrl& remoteUrl)
+void Updater::open(const QUrl& remoteUrl, std::shared_ptr<ProvidesThemePreviews> previews)
 {
     wireframe = CorvaneWireframe::create(
         Configuration(remoteUrl, QUrl::fromLocalFile(clone), QUrl::fromLocalFile(installed)));
     list = wireframe->windowController()->listViewController();
+    if (previews)
+        wireframe->setPreviewProvider(std::move(previews));
     wireframe->show();
     QWidget* window = wireframe->windowController()->window();
     QVERIFY(QTest::qWaitForWindowExposed(window));
@@ -133,6 +135,14 @@ void Updater::openReady(const QUrl& remoteUrl)
     open(remoteUrl);
     QTRY_VERIFY_WITH_TIMEOUT(settled(), comparisonTimeout);
     QTest::qWait(QApplication::doubleClickInterval());
+}
+
+QStringList Updater::rows() const
+{
+    QStringList names;
+    for (const ThemeEntry& entry : list->tableViewModel().entries())
+        names << entry.name;
+    return names;
 }
 
 int Updater::installedCount() const

@@ -4,6 +4,7 @@
 // updater over a remote of numbered themes.
 #include "Corvane/module/CorvaneWireframe.h"
 #include "Corvane/ui/CorvaneWindowController.h"
+#include "Corvane/ui/ProvidesThemePreviews.h"
 #include "Corvane/ui/ThemeCellView.h"
 #include "Corvane/ui/ThemeListViewController.h"
 #include "Corvane/ui/ThemeTableModel.h"
@@ -54,11 +55,14 @@ struct Updater {
     ThemeListViewController* list = nullptr;
 
     explicit Updater(int count);
-    void open(const QUrl& remoteUrl);
+    // Shown over the remote, with the host's previews when given.
+    void open(const QUrl& remoteUrl, std::shared_ptr<ProvidesThemePreviews> previews = nullptr);
     // Opened, its list settled and still for a double-click interval, so a press counts.
     void openReady(const QUrl& remoteUrl);
     bool settled() const { return list->refreshButton()->isEnabled() && !list->isAnimating(); }
     int installedCount() const;
+    // The names of the themes shown, in their order.
+    QStringList rows() const;
     // The cell of the theme at `entry` in the rows shown (headers not counted).
     ThemeCellView* cell(int entry) const
     {

@@ -14,6 +14,7 @@
 #include "DesktopScreen.h"
 #include "GitDaemon.h"
 #include "GitRepositoryFixture.h"
+#include "ScriptedProxy.h"
 #include "ThemeFiles.h"
 #include "TrashSandbox.h"
 
@@ -39,7 +40,6 @@ using namespace corvane;
 using namespace corvane::test;
 using namespace Qt::StringLiterals;
 
-
 class DesktopWindowTest : public QObject {
     Q_OBJECT
 
@@ -52,16 +52,11 @@ private slots:
         Updater updater(3);
         GitDaemon daemon(updater.directory.filePath(u"remote"_s));
         QVERIFY(daemon.isRunning());
-        QProcess proxy; // the server holds every connection for 4 s
-        proxy.start(u"python3"_s, {QString::fromLocal8Bit(qgetenv("CORVANE_TEST_SOURCE_DIR"))
-                                       + u"/tests/support/delaying-proxy.py"_s,
-                                   QString::number(daemon.port()), u"4"_s});
-        QVERIFY(proxy.waitForReadyRead(10000));
-        const int proxyPort = proxy.readLine().trimmed().toInt();
-        QVERIFY(proxyPort > 0);
+        ScriptedProxy proxy(u"delaying-proxy.py"_s, {QString::number(daemon.port()), u"4"_s}); // holds each connection 4 s
+        QVERIFY(proxy.isRunning());
 
         QElapsedTimer sinceShow;
-        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxyPort)));
+        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxy.port())));
         sinceShow.start();
         LoadingViewController* loading = updater.list->loadingViewController();
         auto message = loading->findChild<QLabel*>(u"messageLabel"_s);
@@ -95,8 +90,6 @@ private slots:
         QVERIFY(pixelsDarkerThan(screenAt(messageArea), 160) > 20);
 
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        proxy.kill();
-        proxy.waitForFinished();
     }
 
     void noFrameAfterAnInstallShowsARowWithoutItsButton()
