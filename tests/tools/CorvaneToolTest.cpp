@@ -231,7 +231,6 @@ private slots:
         QTest::addColumn<QStringList>("out");      // list: the names only
         QTest::addColumn<QString>("err");
         const QStringList all{"Aurora", decomposedCafe, "Solar"};
-        QTest::newRow("list without settings") << QStringList{"list"} << all << "";
         QTest::newRow("list") << QStringList{"list", "--settings", "SETTINGS"} << QStringList{"Aurora", decomposedCafe}
                               << "";
         QTest::newRow("list --include-skipped")
@@ -325,6 +324,8 @@ private slots:
         QTest::newRow("no command") << QStringList{} << 2 << "" << "usage: corvane <command>";
         for (const char* command : {"check", "list", "install", "lint", "show"})
             QTest::addRow("%s --help", command) << QStringList{command, "--help"} << 0 << "usage: corvane " + QString(command) << "";
+        QTest::newRow("check without a clone") << QStringList{"check", "--remote", "/nowhere"} << 2 << ""
+                                               << "usage: corvane check";
         QTest::newRow("show without a display or --screenshot")
             << QStringList{"show", "--remote", "/nowhere", "--clone", "/nowhere", "--installed", "/nowhere"} << 1 << ""
             << "corvane show: no display to open the window on";
