@@ -92,14 +92,6 @@ private slots:
         }
     }
 
-    void printedTextReadsBackEqual()
-    {
-        const Version version = *Version::fromString(QStringLiteral("1.2"));
-        QCOMPARE(version.toString(), QStringLiteral("1.2.0"));
-        QCOMPARE(*Version::fromString(version.toString()), version);
-        QCOMPARE(Version(-1, 0, -3).toString(), QStringLiteral("-1.0.-3"));
-    }
-
     void orders_data()
     {
         QTest::addColumn<Version>("left");
