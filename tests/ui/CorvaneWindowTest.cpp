@@ -233,22 +233,6 @@ private slots:
         QCOMPARE(updater.rows(), QStringList{});
     }
 
-    void droppingTheUpdaterMidComparisonReleasesTheWholeGraph()
-    {
-        Updater updater;
-        const std::weak_ptr presenter = updater.wireframe->presenter();
-        const std::weak_ptr eventHandler = updater.wireframe->eventHandler();
-        const std::weak_ptr windowController = updater.wireframe->windowController();
-        const QPointer<QWidget> window = updater.wireframe->windowController()->window();
-        updater.wireframe->show();
-        updater.wireframe.reset();
-        QVERIFY(presenter.expired() && eventHandler.expired() && windowController.expired());
-        QTRY_VERIFY(!window);
-        // The comparison runs to its end, and its result goes nowhere.
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(updater.clone + "/Themes"_L1), comparisonTimeout);
-        QTest::qWait(200);
-    }
-
 #ifdef CORVANE_TOOL
     void showCommandScreenshot_data()
     {
