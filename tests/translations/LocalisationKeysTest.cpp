@@ -12,12 +12,11 @@
 #include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/ui/ThemeCellView.h"
 
+#include "Catalogue.h"
 #include "presentation/AlertAnswerer.h"
 
-#include <QFile>
 #include <QPushButton>
 #include <QTranslator>
-#include <QXmlStreamReader>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -25,33 +24,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The highest numbered marker of a text; "%@" would be left over from unnumbered texts and counts as none.
-int numberedMarkers(const QString& text)
-{
-    int highest = 0;
-    for (int n = 1; n < 10; ++n) {
-        if (text.contains(u'%' + QString::number(n)))
-            highest = n;
-    }
-    return highest;
-}
-
-// Every id of the translation template, with the number of markers ("%1", "%2", ...) its English text fills.
+// Every id of the translation template, with the highest numbered marker ("%1", "%2", ...) its English text fills.
 QHash<QString, int> templateIds()
 {
     QHash<QString, int> ids;
-    QFile file(qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/translations/corvane.ts"_L1);
-    if (!file.open(QIODevice::ReadOnly))
-        return ids;
-    QXmlStreamReader xml(&file);
-    QString id;
-    while (!xml.atEnd()) {
-        if (!xml.readNextStartElement())
-            continue;
-        if (xml.name() == u"message")
-            id = xml.attributes().value("id"_L1).toString();
-        else if (xml.name() == u"source")
-            ids.insert(id, numberedMarkers(xml.readElementText()));
+    const auto catalogue = readCatalogue(sourceFile(u"translations/corvane.ts"_s));
+    for (auto message = catalogue.cbegin(); message != catalogue.cend(); ++message) {
+        int highest = 0; // "%@", left over from unnumbered texts, counts as none
+        for (const QString& marker : markers(message->source))
+            highest = std::max(highest, marker.mid(1).toInt());
+        ids.insert(message.key(), highest);
     }
     return ids;
 }

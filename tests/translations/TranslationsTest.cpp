@@ -8,74 +8,18 @@
 #include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/ThemeDecodingError.h"
 
-#include <QFile>
-#include <QHash>
-#include <QRegularExpression>
-#include <QSet>
+#include "Catalogue.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
-#include <QXmlStreamReader>
 
 #include <functional>
 
 using namespace corvane;
+using namespace corvane::test;
 using namespace std::chrono_literals;
-
-namespace {
-
-struct Message {
-    QString source;
-    QStringList translations; // one, or every plural form
-    QString type;
-    bool counted = false;
-};
-
-// The messages of a Qt Linguist file, by id.
-QHash<QString, Message> readCatalogue(const QString& path)
-{
-    QHash<QString, Message> messages;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return messages;
-    QXmlStreamReader xml(&file);
-    QString id;
-    while (!xml.atEnd()) {
-        if (!xml.readNextStartElement())
-            continue;
-        if (xml.name() == u"message") {
-            id = xml.attributes().value(QLatin1StringView("id")).toString();
-            messages[id].counted = xml.attributes().value(QLatin1StringView("numerus")) == u"yes";
-        } else if (xml.name() == u"source") {
-            messages[id].source = xml.readElementText();
-        } else if (xml.name() == u"translation") {
-            messages[id].type = xml.attributes().value(QLatin1StringView("type")).toString();
-            if (!messages[id].counted)
-                messages[id].translations = {xml.readElementText()};
-        } else if (xml.name() == u"numerusform") {
-            messages[id].translations.append(xml.readElementText());
-        }
-    }
-    return messages;
-}
-
-// The numbered markers of a text, "%1" to "%99", and any old-style "%@" left behind.
-QSet<QString> markers(const QString& text)
-{
-    static const QRegularExpression marker(QStringLiteral("%(\\d{1,2}|@)"));
-    QSet<QString> found;
-    for (const auto& match : marker.globalMatch(text))
-        found.insert(match.captured());
-    return found;
-}
-
-QString sourceFile(const QString& relative)
-{
-    return qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + u'/' + relative;
-}
-
-} // namespace
 
 class TranslationsTest : public QObject {
     Q_OBJECT
