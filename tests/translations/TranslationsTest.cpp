@@ -116,6 +116,7 @@ private slots:
     }
 
     // Texts that count: the word agrees with the number, and the number is written as the locale writes it.
+    // German shows what English cannot: a decimal comma, and counts filled beside a path holding markers.
     void countedTexts_data()
     {
         QTest::addColumn<QString>("language");
@@ -134,24 +135,16 @@ private slots:
 
         QTest::newRow("en: many bytes") << "en_US" << tooLarge
                                         << "The file has 5,242,955 bytes; a theme file may have at most 4,194,304 bytes.";
-        QTest::newRow("de: many bytes") << "de_DE" << tooLarge
-                                        << "Die Datei hat 5.242.955 Bytes; eine Theme-Datei darf höchstens 4.194.304 Bytes haben.";
         QTest::newRow("en: one byte") << "en_US" << oneByte
                                       << "The file has 1 byte; a theme file may have at most 0 bytes.";
-        QTest::newRow("de: one byte") << "de_DE" << oneByte
-                                      << "Die Datei hat 1 Byte; eine Theme-Datei darf höchstens 0 Bytes haben.";
         QTest::newRow("en: one second") << "en_US" << timeOut(1000ms)
                                         << "The theme repository git://h/t did not answer within 1 second.";
-        QTest::newRow("de: one second") << "de_DE" << timeOut(1000ms)
-                                        << "Das Theme-Repository git://h/t hat nicht innerhalb von 1 Sekunde geantwortet.";
         QTest::newRow("en: a fraction of a second") << "en_US" << timeOut(1500ms)
                                                     << "The theme repository git://h/t did not answer within 1.5 seconds.";
         QTest::newRow("de: a fraction of a second") << "de_DE" << timeOut(1500ms)
                                                     << "Das Theme-Repository git://h/t hat nicht innerhalb von 1,5 Sekunden geantwortet.";
         QTest::newRow("en: minutes") << "en_US" << busyForMinutes
                                      << "Another synchronisation of the clone /c has been running for 2 minutes.";
-        QTest::newRow("de: minutes") << "de_DE" << busyForMinutes
-                                     << "Eine andere Synchronisierung des Klons /c läuft seit 2 Minuten.";
         QTest::newRow("de: a path with markers and a count")
             << "de_DE" << oversized
             << "Die Theme-Datei „/c/1%2.theme.json“ hat 12.000.000 Bytes; eine Theme-Datei darf höchstens "
