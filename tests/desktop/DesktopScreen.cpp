@@ -99,4 +99,9 @@ void keepFrame(const QImage& frame, const QString& name)
         frame.save(folder + u'/' + name + u".png"_s);
 }
 
+void keepWindowFrame(const QWidget* window, const QString& name)
+{
+    keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), name);
+}
+
 } // namespace corvane::test

@@ -29,5 +29,7 @@ bool xdotool(const QStringList& arguments);
 QStringList clickAt(const QPoint& global);
 // Keeps the frames a test looked at when CORVANE_DESKTOP_FRAMES names a folder, for a person to see.
 void keepFrame(const QImage& frame, const QString& name);
+// Keeps the window as the screen shows it, with the window manager's frame around it.
+void keepWindowFrame(const QWidget* window, const QString& name);
 
 } // namespace corvane::test

@@ -84,8 +84,7 @@ private slots:
         // Still fetching: the busy bar is on the screen, drawn in the accent colour.
         QVERIFY(!updater.settled());
         const QImage bar = screenAt(barArea);
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"loading-overlay-1s"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"loading-overlay-1s"_s);
         QVERIFY2(shareNear(bar, accent) > 0.3, "the busy bar is not on the screen");
         QVERIFY(pixelsDarkerThan(screenAt(messageArea), 160) > 20);
 
@@ -232,8 +231,7 @@ private slots:
         QVERIFY(xdotool({u"type"_s, u"--delay"_s, u"20"_s, u"theme 01"_s}));
         QTRY_COMPARE(updater.list->tableViewModel().entries().size(), 2);
         QCOMPARE(updater.list->updateAllButton()->text(), u"Update 2 Shown"_s);
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"find"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"find"_s);
         QTest::qWait(QApplication::doubleClickInterval());
         QVERIFY(xdotool(clickAt(globalRect(updater.list->updateAllButton()).center())));
         QTRY_VERIFY_WITH_TIMEOUT(updater.installedCount() == 3 && updater.settled(), comparisonTimeout);

@@ -59,8 +59,7 @@ private slots:
         for (const int row : rows)
             QTRY_VERIFY(updater.cell(row)->previewView()->hasPreview());
         QTest::qWait(100); // the last pictures' paint reaches the X server
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"previews"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"previews"_s);
         const QList<ThemeEntry>& entries = updater.list->tableViewModel().entries();
         for (const int row : rows) {
             ThemePreviewView* preview = updater.cell(row)->previewView();
@@ -98,8 +97,7 @@ private slots:
                 const double share = shareNear(screenAt(globalRect(bar)), accent);
                 filled << share;
                 if (!kept && bar->value() > bar->maximum() / 3) {
-                    keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                              u"clone-progress"_s);
+                    keepWindowFrame(updater.wireframe->windowController()->window(), u"clone-progress"_s);
                     kept = true;
                 }
             }
