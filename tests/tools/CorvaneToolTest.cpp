@@ -238,34 +238,31 @@ private slots:
 
     void installsChosenRows_data()
     {
-        QTest::addColumn<bool>("overGit");
         QTest::addColumn<QStringList>("choice");
         QTest::addColumn<QStringList>("out");
         QTest::addColumn<QString>("err");
         QTest::addColumn<QStringList>("trashed");
         const QStringList bothOld{"cafe-old.theme.json", "my-solar.theme.json"};
-        QTest::newRow("git://: one update by name")
-            << true << QStringList{"Solar"} << QStringList{updatedSolar} << "" << QStringList{"my-solar.theme.json"};
-        QTest::newRow("file://: everything")
-            << false << QStringList{"--all"} << QStringList{"installed Aurora", updatedCafe, updatedSolar} << "" << bothOld;
+        QTest::newRow("one update by name")
+            << QStringList{"Solar"} << QStringList{updatedSolar} << "" << QStringList{"my-solar.theme.json"};
+        QTest::newRow("everything")
+            << QStringList{"--all"} << QStringList{"installed Aurora", updatedCafe, updatedSolar} << "" << bothOld;
         QTest::newRow("names in any order and composition, installed in row order")
-            << false << QStringList{"Solar", composedCafe} << QStringList{updatedCafe, updatedSolar} << "" << bothOld;
+            << QStringList{"Solar", composedCafe} << QStringList{updatedCafe, updatedSolar} << "" << bothOld;
         QTest::newRow("miscased or unknown names reported once, the others installed")
-            << false << QStringList{"solar", "Nimbus", "Aurora", "Nimbus"} << QStringList{"installed Aurora"}
+            << QStringList{"solar", "Nimbus", "Aurora", "Nimbus"} << QStringList{"installed Aurora"}
             << "corvane install: no new or updated theme is named 'solar'\ncorvane install: no new or updated theme is "
                "named 'Nimbus'\n" << QStringList{};
     }
 
     void installsChosenRows()
     {
-        QFETCH(bool, overGit);
         QFETCH(QStringList, choice);
         QFETCH(QStringList, out);
         QFETCH(QString, err);
         QFETCH(QStringList, trashed);
         TrashSandbox trash;
-        Scene scene(overGit);
-        QVERIFY(!overGit || scene.daemon->isRunning());
+        Scene scene;
         scene.publish();
 
         const Run run = scene.run(QStringList{"install"} + choice);
