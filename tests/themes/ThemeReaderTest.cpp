@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QLocale>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,6 +20,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -348,6 +350,12 @@ private slots:
         QFETCH(QList<int>, broken);
         QTemporaryDir directory;
         const int count = 1000;
+        // Fewer descriptors than files: a reader that kept its files open would run out.
+        rlimit descriptors{};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &descriptors), 0);
+        const rlimit lowered{std::min<rlim_t>(512, descriptors.rlim_cur), descriptors.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
+        const auto restore = qScopeGuard([&] { ::setrlimit(RLIMIT_NOFILE, &descriptors); });
         // Listed in the reverse of the files' own order, so listing order is neither name order nor
         // creation order; a third of the names occur three times.
         QList<QUrl> listing;
