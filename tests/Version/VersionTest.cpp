@@ -44,10 +44,8 @@ private slots:
         QTest::newRow("out of range") << "99999999999999999999.4" << "4.0.0";
         QTest::newRow("largest number") << "9223372036854775807" << "9223372036854775807.0.0";
         QTest::newRow("smallest number is dropped") << "-9223372036854775808.5" << "5.0.0";
-        QTest::newRow("negative largest") << "-9223372036854775807" << "9223372036854775807.0.0";
         QTest::newRow("lone sign") << "+.1" << "1.0.0";
         QTest::newRow("double sign") << "--1.2" << "2.0.0";
-        QTest::newRow("underscore") << "1_0.2" << "2.0.0";
         QTest::newRow("non-ASCII digits") << QString::fromUtf8("\u0661.2") << "2.0.0";
         QTest::newRow("full stop with combining mark is no separator")
             << QString::fromUtf8("1.\u03012.3") << "3.0.0";
@@ -58,7 +56,6 @@ private slots:
             QTest::addRow("full stop with U+%04X is no separator", unsigned(mark))
                 << u"1."_s + QChar(mark) + u"2.3"_s << "3.0.0";
         QTest::newRow("supplementary spacing mark") << u"1.\U000110022.3"_s << "3.0.0";
-        QTest::newRow("emoji modifier") << u"1.\U0001F3FB2.3"_s << "3.0.0";
         QTest::newRow("tag character") << u"1.\U000E00412.3"_s << "3.0.0";
         QTest::newRow("prepended mark before a full stop") << u"1\u0600.2.3"_s << "3.0.0";
         QTest::newRow("supplementary prepended mark") << u"1\U000110BD.2.3"_s << "3.0.0";
@@ -73,7 +70,6 @@ private slots:
         QTest::newRow("empty text") << "" << "";
         QTest::newRow("word without digits") << "beta" << "";
         QTest::newRow("four full stops") << "...." << "";
-        QTest::newRow("only the smallest number") << "-9223372036854775808" << "";
     }
 
     void readsText()
@@ -90,14 +86,6 @@ private slots:
             QCOMPARE(version->toString(), expected);
             QVERIFY(version->major() >= 0 && version->minor() >= 0 && version->patch() >= 0);
         }
-    }
-
-    void printedTextReadsBackEqual()
-    {
-        const Version version = *Version::fromString(QStringLiteral("1.2"));
-        QCOMPARE(version.toString(), QStringLiteral("1.2.0"));
-        QCOMPARE(*Version::fromString(version.toString()), version);
-        QCOMPARE(Version(-1, 0, -3).toString(), QStringLiteral("-1.0.-3"));
     }
 
     void orders_data()

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DesktopScreen.h"
 
-#include "ThemeFiles.h"
-
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QProcess>
@@ -101,43 +99,9 @@ void keepFrame(const QImage& frame, const QString& name)
         frame.save(folder + u'/' + name + u".png"_s);
 }
 
-
-Updater::Updater(int count)
-    : remote(directory.filePath(u"remote/themes"_s))
-    , clone(directory.filePath(u"clone"_s))
-    , installed(directory.filePath(u"installed"_s))
+void keepWindowFrame(const QWidget* window, const QString& name)
 {
-    QDir().mkpath(installed);
-    writeTheme(installed, u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s}, u"1.2"_s);
-    writeTheme(remote.themesDirectory(), u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s},
-               u"1.10"_s);
-    for (int index = 0; index < count; ++index)
-        writeTheme(remote.themesDirectory(), u"theme-%1.theme.json"_s.arg(index, 3, 10, QChar(u'0')),
-                   u"Theme %1"_s.arg(index, 3, 10, QChar(u'0')), index % 2 ? u"dark"_s : u"light"_s,
-                   {u"Author %1"_s.arg(index)}, u"1.0.%1"_s.arg(index));
-    remote.commitAll(u"Themes"_s);
-}
-
-void Updater::open(const QUrl& remoteUrl)
-{
-    wireframe = CorvaneWireframe::create(
-        Configuration(remoteUrl, QUrl::fromLocalFile(clone), QUrl::fromLocalFile(installed)));
-    list = wireframe->windowController()->listViewController();
-    wireframe->show();
-    QWidget* window = wireframe->windowController()->window();
-    QVERIFY(QTest::qWaitForWindowExposed(window));
-}
-
-void Updater::openReady(const QUrl& remoteUrl)
-{
-    open(remoteUrl);
-    QTRY_VERIFY_WITH_TIMEOUT(settled(), comparisonTimeout);
-    QTest::qWait(QApplication::doubleClickInterval());
-}
-
-int Updater::installedCount() const
-{
-    return int(QDir(installed).entryList({u"*.theme.json"_s}, QDir::Files).size());
+    keepFrame(screenAt(globalRect(window).adjusted(-4, -30, 4, 4)), name);
 }
 
 } // namespace corvane::test

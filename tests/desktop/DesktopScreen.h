@@ -2,31 +2,16 @@
 #pragma once
 // What the desktop tests share: reading the X server's screen back, input through xdotool, and an
 // updater over a remote of numbered themes.
-#include "Corvane/module/CorvaneWireframe.h"
-#include "Corvane/ui/CorvaneWindowController.h"
-#include "Corvane/ui/ThemeCellView.h"
-#include "Corvane/ui/ThemeListViewController.h"
-#include "Corvane/ui/ThemeTableModel.h"
-#include "Corvane/ui/ThemeTableView.h"
-
-#include "GitRepositoryFixture.h"
+#include "UpdaterScene.h"
 
 #include <QApplication>
 #include <QColor>
-#include <QDir>
 #include <QImage>
-#include <QPushButton>
 #include <QRect>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QUrl>
-
-#include <memory>
 
 namespace corvane::test {
-
-inline constexpr int comparisonTimeout = 30000;
 
 // What every desktop test's initTestCase does: skips the whole test outside a real X server (it runs
 // through on-desktop.sh), fails without xdotool, and keeps the windows' settings in `settings`.
@@ -44,27 +29,7 @@ bool xdotool(const QStringList& arguments);
 QStringList clickAt(const QPoint& global);
 // Keeps the frames a test looked at when CORVANE_DESKTOP_FRAMES names a folder, for a person to see.
 void keepFrame(const QImage& frame, const QString& name);
-
-// A remote with `count` new themes (and Harbor Night 1.10 over an installed 1.2), the updater over it.
-struct Updater {
-    QTemporaryDir directory;
-    GitRepositoryFixture remote;
-    QString clone, installed;
-    std::unique_ptr<CorvaneWireframe> wireframe;
-    ThemeListViewController* list = nullptr;
-
-    explicit Updater(int count);
-    void open(const QUrl& remoteUrl);
-    // Opened, its list settled and still for a double-click interval, so a press counts.
-    void openReady(const QUrl& remoteUrl);
-    bool settled() const { return list->refreshButton()->isEnabled() && !list->isAnimating(); }
-    int installedCount() const;
-    // The cell of the theme at `entry` in the rows shown (headers not counted).
-    ThemeCellView* cell(int entry) const
-    {
-        const int row = list->tableViewModel().rowOfEntry(entry);
-        return qobject_cast<ThemeCellView*>(list->themeTableView()->cellForRow(row));
-    }
-};
+// Keeps the window as the screen shows it, with the window manager's frame around it.
+void keepWindowFrame(const QWidget* window, const QString& name);
 
 } // namespace corvane::test

@@ -14,6 +14,7 @@
 #include "DesktopScreen.h"
 #include "GitDaemon.h"
 #include "GitRepositoryFixture.h"
+#include "ScriptedProxy.h"
 #include "ThemeFiles.h"
 #include "TrashSandbox.h"
 
@@ -39,7 +40,6 @@ using namespace corvane;
 using namespace corvane::test;
 using namespace Qt::StringLiterals;
 
-
 class DesktopWindowTest : public QObject {
     Q_OBJECT
 
@@ -52,16 +52,11 @@ private slots:
         Updater updater(3);
         GitDaemon daemon(updater.directory.filePath(u"remote"_s));
         QVERIFY(daemon.isRunning());
-        QProcess proxy; // the server holds every connection for 4 s
-        proxy.start(u"python3"_s, {QString::fromLocal8Bit(qgetenv("CORVANE_TEST_SOURCE_DIR"))
-                                       + u"/tests/support/delaying-proxy.py"_s,
-                                   QString::number(daemon.port()), u"4"_s});
-        QVERIFY(proxy.waitForReadyRead(10000));
-        const int proxyPort = proxy.readLine().trimmed().toInt();
-        QVERIFY(proxyPort > 0);
+        ScriptedProxy proxy(u"delaying-proxy.py"_s, {QString::number(daemon.port()), u"4"_s}); // holds each connection 4 s
+        QVERIFY(proxy.isRunning());
 
         QElapsedTimer sinceShow;
-        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxyPort)));
+        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxy.port())));
         sinceShow.start();
         LoadingViewController* loading = updater.list->loadingViewController();
         auto message = loading->findChild<QLabel*>(u"messageLabel"_s);
@@ -89,14 +84,11 @@ private slots:
         // Still fetching: the busy bar is on the screen, drawn in the accent colour.
         QVERIFY(!updater.settled());
         const QImage bar = screenAt(barArea);
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"loading-overlay-1s"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"loading-overlay-1s"_s);
         QVERIFY2(shareNear(bar, accent) > 0.3, "the busy bar is not on the screen");
         QVERIFY(pixelsDarkerThan(screenAt(messageArea), 160) > 20);
 
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        proxy.kill();
-        proxy.waitForFinished();
     }
 
     void noFrameAfterAnInstallShowsARowWithoutItsButton()
@@ -104,7 +96,6 @@ private slots:
         TrashSandbox trash;
         Updater updater(12);
         updater.openReady(updater.remote.fileUrl());
-        QVERIFY(updater.settled());
 
         ThemeTableView* table = updater.list->themeTableView();
         ThemeCellView* first = updater.cell(0);
@@ -151,7 +142,6 @@ private slots:
         TrashSandbox trash;
         Updater updater(6);
         updater.openReady(updater.remote.fileUrl());
-        QVERIFY(updater.settled());
         const int before = updater.installedCount();
         const QPoint button = globalRect(updater.cell(0)->updateButton()).center();
         // 300 ms apart: after the first, the list reloads and the next row moves under the pointer.
@@ -174,7 +164,6 @@ private slots:
         qputenv("XDG_DATA_HOME", QFile::encodeName(notAFolder));
         const auto restore = qScopeGuard([&] { qputenv("XDG_DATA_HOME", previous); });
         updater.openReady(updater.remote.fileUrl());
-        QVERIFY(updater.settled());
 
         bool stillUp = false, clonePresent = false, installedPresent = false;
         QString seen, hints;
@@ -239,8 +228,7 @@ private slots:
         QVERIFY(xdotool({u"type"_s, u"--delay"_s, u"20"_s, u"theme 01"_s}));
         QTRY_COMPARE(updater.list->tableViewModel().entries().size(), 2);
         QCOMPARE(updater.list->updateAllButton()->text(), u"Update 2 Shown"_s);
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"find"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"find"_s);
         QTest::qWait(QApplication::doubleClickInterval());
         QVERIFY(xdotool(clickAt(globalRect(updater.list->updateAllButton()).center())));
         QTRY_VERIFY_WITH_TIMEOUT(updater.installedCount() == 3 && updater.settled(), comparisonTimeout);

@@ -8,9 +8,9 @@
 
 #include "DesktopScreen.h"
 #include "GitDaemon.h"
+#include "ScriptedProxy.h"
 
 #include <QLabel>
-#include <QProcess>
 #include <QProgressBar>
 #include <QSettings>
 
@@ -47,12 +47,7 @@ private slots:
     void rowsOnScreenShowTheirOwnPreviews()
     {
         Updater updater(40);
-        updater.wireframe = CorvaneWireframe::create(Configuration(
-            updater.remote.fileUrl(), QUrl::fromLocalFile(updater.clone), QUrl::fromLocalFile(updater.installed)));
-        updater.list = updater.wireframe->windowController()->listViewController();
-        updater.wireframe->setPreviewProvider(std::make_shared<FlatColours>());
-        updater.wireframe->show();
-        QVERIFY(QTest::qWaitForWindowExposed(updater.wireframe->windowController()->window()));
+        updater.open(updater.remote.fileUrl(), std::make_shared<FlatColours>());
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
 
         QList<int> rows; // the themes on screen, by their place among the themes (headers have no preview)
@@ -64,8 +59,7 @@ private slots:
         for (const int row : rows)
             QTRY_VERIFY(updater.cell(row)->previewView()->hasPreview());
         QTest::qWait(100); // the last pictures' paint reaches the X server
-        keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                  u"previews"_s);
+        keepWindowFrame(updater.wireframe->windowController()->window(), u"previews"_s);
         const QList<ThemeEntry>& entries = updater.list->tableViewModel().entries();
         for (const int row : rows) {
             ThemePreviewView* preview = updater.cell(row)->previewView();
@@ -84,15 +78,10 @@ private slots:
         Updater updater(1500);
         GitDaemon daemon(updater.directory.filePath(u"remote"_s));
         QVERIFY(daemon.isRunning());
-        QProcess proxy; // the network passes 60 KB a second
-        proxy.start(u"python3"_s, {QString::fromLocal8Bit(qgetenv("CORVANE_TEST_SOURCE_DIR"))
-                                       + u"/tests/support/throttling-proxy.py"_s,
-                                   QString::number(daemon.port()), u"60000"_s});
-        QVERIFY(proxy.waitForReadyRead(10000));
-        const int proxyPort = proxy.readLine().trimmed().toInt();
-        QVERIFY(proxyPort > 0);
+        ScriptedProxy proxy(u"throttling-proxy.py"_s, {QString::number(daemon.port()), u"60000"_s}); // 60 KB a second
+        QVERIFY(proxy.isRunning());
 
-        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxyPort)));
+        updater.open(QUrl(u"git://127.0.0.1:%1/themes"_s.arg(proxy.port())));
         LoadingViewController* loading = updater.list->loadingViewController();
         QProgressBar* bar = loading->loadingIndicator();
         const QColor accent = bar->palette().color(QPalette::Highlight);
@@ -108,15 +97,12 @@ private slots:
                 const double share = shareNear(screenAt(globalRect(bar)), accent);
                 filled << share;
                 if (!kept && bar->value() > bar->maximum() / 3) {
-                    keepFrame(screenAt(globalRect(updater.wireframe->windowController()->window()).adjusted(-4, -30, 4, 4)),
-                              u"clone-progress"_s);
+                    keepWindowFrame(updater.wireframe->windowController()->window(), u"clone-progress"_s);
                     kept = true;
                 }
             }
             QTest::qWait(100);
         }
-        proxy.kill();
-        proxy.waitForFinished();
         QVERIFY2(texts.size() >= 3, qPrintable(texts.join(u" | "_s)));
         QStringList shares;
         for (const double share : std::as_const(filled))

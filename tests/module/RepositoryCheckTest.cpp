@@ -60,10 +60,8 @@ private slots:
         QTest::newRow("the head") << std::optional(m_head) << false << "up-to-date";
         QTest::newRow("the head, asked from another thread") << std::optional(m_head) << true << "up-to-date";
         QTest::newRow("the head in capitals") << std::optional(m_head.toUpper()) << false << "up-to-date";
-        QTest::newRow("empty") << std::optional(QString("")) << false << update;
         QTest::newRow("not hexadecimal") << std::optional(QString(40, 'g')) << false << update;
         QTest::newRow("prefix of the head") << std::optional(m_head.left(7)) << false << update;
-        QTest::newRow("the head and a newline") << std::optional(m_head + '\n') << false << update;
         QTest::newRow("the commit before") << std::optional(m_previous) << false << update;
         QTest::newRow("remote gone, a good clone present") << std::optional(m_head) << false << "failure";
     }

@@ -217,26 +217,6 @@ private slots:
         QTEST(m_opened, "opened");
     }
 
-    // Escape at the copying-failed alert must not count as "Delete Local Themes": it would move the clone
-    // and every installed theme to the Trash on a key press meant to dismiss the message.
-    void escapeAtAFailedCopyDeletesNothing()
-    {
-        TrashSandbox trash;
-        QTemporaryDir root;
-        const QString clone = root.filePath(u"clone"_s), installed = root.filePath(u"installed"_s);
-        writeFile(clone, u"HEAD"_s, "ref: refs/heads/master");
-        writeFile(installed, u"a.theme.json"_s, "old a");
-        const Configuration configuration(QUrl(u"git://127.0.0.1/themes"_s), QUrl::fromLocalFile(clone),
-                                          QUrl::fromLocalFile(installed));
-        ThemeEntryEventHandler handler(configuration, m_presenter, FileManager::shared(), std::make_shared<WindowAlerts>(),
-                                       m_neighbours);
-        AlertAnswerer answerer({Answer::escape, Answer::first}); // Escape, then Continue
-        handler.installThemes({CopyCommand{clone + "/Themes/gone.theme.json"_L1, installed + "/gone.theme.json"_L1}});
-        QCOMPARE(answerer.seen().size(), 1);
-        QCOMPARE(trash.trashedNames(), QStringList{});
-        QVERIFY(m_neighbours->pending.isEmpty()); // no refresh after a failure either way
-    }
-
     void alerts_data()
     {
         QTest::addColumn<std::function<bool()>>("show");
@@ -272,7 +252,7 @@ private slots:
         QFETCH(std::function<bool()>, show);
         QFETCH(bool, firstButtonIsTrue);
         // Return picks the first (default) button. Escape and the window manager's close are no answer:
-        // the alert stays up until a button is chosen.
+        // the alert stays up until a button is chosen (Escape must never be Delete Local Themes).
         const QList<QList<Answer>> sequences = {{Answer::first},  {Answer::returnKey},
                                                 {Answer::second}, {Answer::escape, Answer::escape, Answer::first},
                                                 {Answer::close, Answer::second}};

@@ -16,37 +16,6 @@ class ConcurrentSynchronizationTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void checkCommand_data()
-    {
-        QTest::addColumn<QString>("arguments"); // REMOTE, CLONE, HEAD: the scene's remote, clone and head
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("out");
-
-        QTest::newRow("no commit remembered") << "--remote REMOTE --clone CLONE" << 0 << "update-available HEAD\n";
-        QTest::newRow("remembered the head") << "--remote REMOTE --clone CLONE --since HEAD" << 0 << "up-to-date\n";
-        QTest::newRow("remote missing") << "--remote file:///nonexistent --clone CLONE" << 1 << "";
-        QTest::newRow("no clone directory given") << "--remote REMOTE" << 2 << "";
-    }
-
-    void checkCommand()
-    {
-        QFETCH(QString, arguments);
-        QFETCH(int, exitCode);
-        QFETCH(QString, out);
-        ThemeRepositoryScene scene;
-        const QString head = scene.remote.headCommit();
-        QProcess tool;
-        tool.start(CORVANE_TOOL_PATH, ("check " + arguments).split(' ').replaceInStrings("REMOTE", scene.remoteUrl().toString())
-                                          .replaceInStrings("CLONE", scene.clonePath()).replaceInStrings("HEAD", head));
-        QVERIFY(tool.waitForFinished(60000));
-        QCOMPARE(tool.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(tool.exitCode(), exitCode);
-        QCOMPARE(QString::fromUtf8(tool.readAllStandardOutput()), out.replace("HEAD", head));
-        const QString err = QString::fromUtf8(tool.readAllStandardError());
-        QCOMPARE(err.isEmpty(), exitCode == 0);
-        QVERIFY(exitCode != 2 || err.startsWith("usage: corvane check"));
-    }
-
     // Checks and synchronisations of one clone at once, from threads and from other processes. libgit2
     // locks nothing itself: without the clone's lock some of them fail on git's own lock files.
     void checksAndSynchronisationsOfOneCloneAtOnce()

@@ -43,7 +43,6 @@ private slots:
 
         QTest::newRow("only Themes itself, sorted by name, names with newlines and percent signs")
             << "sorted" << QStringList{"Alpha", "Dusk", "Two\nLines %@ 100%", "alpha"} << QString();
-        QTest::newRow("50,000 theme files") << "many" << QStringList() << QString();
         QTest::newRow("broken file named with a newline and percent signs") << "broken" << QStringList()
             << "Theme decoding failed: Could not decode JSON, decoding JSON from 'THEMES/100% %@ %1\nbroken.theme.json' failed: ";
         QTest::newRow("remote gone: the old clone is not offered") << "remote gone" << QStringList() << "Repository error: ";
@@ -62,13 +61,6 @@ private slots:
             writeTheme(themes + "/more", "deep.theme.json", "Deep", "dark", {}, "1");
             writeTheme(scene.remote.path(), "top.theme.json", "Top", "dark", {}, "1");
             writeTheme(themes, "two\nlines.theme.json", "Two\nLines %@ 100%", "dark", {}, "1");
-        } else if (situation == "many") {
-            // File names in another order than the theme names: the order must come from sorting.
-            names << "Dusk";
-            for (int index = 0; index < 50'000; ++index) {
-                names << QString("Theme %1").arg(index, 5, 10, QChar('0'));
-                writeFile(themes, QString("%1.theme.json").arg(index * 7919 % 50'000), themeJson(names.last(), "dark", {}, "1"));
-            }
         } else if (situation == "broken") {
             writeFile(themes, "100% %@ %1\nbroken.theme.json", "{ not json");
         }

@@ -21,9 +21,10 @@ enum class Served { file, git, http, https };
 
 // A remote holding "Themes/Dusk.theme.json" and a README, reached over file://, through a real git
 // daemon, or through a real smart-http server (behind TLS with a test certificate authority for
-// https), and the place of the module's clone, all in one temporary directory.
+// https, wanting a user and password when given them), and the place of the module's clone, all in one
+// temporary directory.
 struct ThemeRepositoryScene {
-    explicit ThemeRepositoryScene(Served served = Served::file)
+    explicit ThemeRepositoryScene(Served served = Served::file, const QString& user = {}, const QString& password = {})
     {
         writeTheme(remote.themesDirectory(), "Dusk.theme.json", "Dusk", "dark", {"Ada"}, "1.0.0");
         writeFile(remote.path(), "README.md", "Curated themes\n");
@@ -31,7 +32,7 @@ struct ThemeRepositoryScene {
         if (served == Served::git)
             daemon = std::make_unique<GitDaemon>(root.filePath("served"));
         if (served == Served::http || served == Served::https)
-            http = std::make_unique<SmartHttpServer>(root.filePath("served"));
+            http = std::make_unique<SmartHttpServer>(root.filePath("served"), user, password);
         if (served == Served::https) {
             tls = std::make_unique<TlsFront>(http->port());
             // The test process trusts the test authority only; the module itself sets nothing of libgit2's.

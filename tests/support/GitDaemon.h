@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QProcess>
+#include "ServerProcess.h"
+
 #include <QString>
 #include <QUrl>
 
@@ -11,23 +12,20 @@ namespace corvane::test {
 // port, for as long as the object lives.
 class GitDaemon {
 public:
-    explicit GitDaemon(QString basePath);
-    ~GitDaemon();
+    explicit GitDaemon(const QString& basePath);
 
     GitDaemon(const GitDaemon&) = delete;
     GitDaemon& operator=(const GitDaemon&) = delete;
 
-    bool isRunning() const { return m_port != 0; }
-    quint16 port() const { return m_port; }
+    bool isRunning() const { return m_server.port() != 0; }
+    quint16 port() const { return m_server.port(); }
     // git://127.0.0.1:PORT/<relative path>
     QUrl url(const QString& relativePath) const;
 
-    void stop();
+    void stop() { m_server.stop(); }
 
 private:
-    QString m_basePath;
-    QProcess m_process;
-    quint16 m_port = 0;
+    ServerProcess m_server;
 };
 
 } // namespace corvane::test

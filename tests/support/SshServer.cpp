@@ -4,9 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QThread>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -37,17 +34,11 @@ bool makeKey(const QString& path)
                                               QStringLiteral("-f"), path});
 }
 
-quint16 freePort()
+void writeConfig(const QString& path, const QString& text)
 {
-    QTcpServer probe;
-    return probe.listen(QHostAddress::LocalHost, 0) ? probe.serverPort() : 0;
-}
-
-bool accepts(quint16 port)
-{
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress::LocalHost, port);
-    return socket.waitForConnected(200);
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(text.toUtf8());
 }
 
 } // namespace
@@ -75,47 +66,19 @@ SshServer::SshServer()
     if (::geteuid() == 0)
         QDir().mkpath(QStringLiteral("/run/sshd"));
 
-    for (int attempt = 0; attempt < 5 && m_port == 0; ++attempt) {
-        const quint16 port = freePort();
-        QFile config(m_directory.filePath(QStringLiteral("sshd_config")));
-        if (!config.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return;
-        config.write(QStringLiteral("Port %1\nListenAddress 127.0.0.1\nHostKey %2\nAuthorizedKeysFile %3\n"
-                                    "PidFile %4\nStrictModes no\nUsePAM no\nPasswordAuthentication no\n"
-                                    "KbdInteractiveAuthentication no\nPermitRootLogin prohibit-password\n"
-                                    "AllowUsers %5\nLogLevel ERROR\n")
-                         .arg(port)
-                         .arg(host, m_directory.filePath(QStringLiteral("authorized_keys")),
-                              m_directory.filePath(QStringLiteral("sshd.pid")), userName())
-                         .toUtf8());
-        config.close();
-        m_process.start(sshd, {QStringLiteral("-D"), QStringLiteral("-e"), QStringLiteral("-f"), config.fileName()});
-        if (!m_process.waitForStarted(5000))
-            continue;
-        for (int wait = 0; wait < 100 && m_process.state() == QProcess::Running; ++wait) {
-            if (accepts(port)) {
-                m_port = port;
-                break;
-            }
-            QThread::msleep(50);
-        }
-        if (m_port == 0) {
-            m_failure = QString::fromLocal8Bit(m_process.readAllStandardError());
-            m_process.kill();
-            m_process.waitForFinished(5000);
-        }
-    }
-}
-
-SshServer::~SshServer()
-{
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.terminate();
-        if (!m_process.waitForFinished(5000)) {
-            m_process.kill();
-            m_process.waitForFinished(5000);
-        }
-    }
+    const QString config = m_directory.filePath(QStringLiteral("sshd_config"));
+    m_server.start(sshd, [&](quint16 port) {
+        writeConfig(config, QStringLiteral("Port %1\nListenAddress 127.0.0.1\nHostKey %2\nAuthorizedKeysFile %3\n"
+                                           "PidFile %4\nStrictModes no\nUsePAM no\nPasswordAuthentication no\n"
+                                           "KbdInteractiveAuthentication no\nPermitRootLogin prohibit-password\n"
+                                           "AllowUsers %5\nLogLevel ERROR\n")
+                                .arg(port)
+                                .arg(host, m_directory.filePath(QStringLiteral("authorized_keys")),
+                                     m_directory.filePath(QStringLiteral("sshd.pid")), userName()));
+        return QStringList{QStringLiteral("-D"), QStringLiteral("-e"), QStringLiteral("-f"), config};
+    });
+    if (!isRunning())
+        m_failure = m_server.failure();
 }
 
 QUrl SshServer::url(const QString& absolutePath) const
@@ -124,7 +87,7 @@ QUrl SshServer::url(const QString& absolutePath) const
     url.setScheme(QStringLiteral("ssh"));
     url.setUserName(userName());
     url.setHost(QStringLiteral("127.0.0.1"));
-    url.setPort(m_port);
+    url.setPort(port());
     url.setPath(absolutePath);
     return url;
 }
@@ -135,7 +98,7 @@ QByteArray SshServer::knownHostsLine() const
     if (!key.open(QIODevice::ReadOnly))
         return {};
     const QList<QByteArray> fields = key.readAll().trimmed().split(' '); // type, key, comment
-    return "[127.0.0.1]:" + QByteArray::number(m_port) + ' ' + fields.value(0) + ' ' + fields.value(1) + '\n';
+    return "[127.0.0.1]:" + QByteArray::number(port()) + ' ' + fields.value(0) + ' ' + fields.value(1) + '\n';
 }
 
 QString SshServer::userName()

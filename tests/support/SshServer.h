@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QProcess>
+#include "ServerProcess.h"
+
 #include <QString>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -14,15 +15,14 @@ namespace corvane::test {
 class SshServer {
 public:
     SshServer();
-    ~SshServer();
 
     SshServer(const SshServer&) = delete;
     SshServer& operator=(const SshServer&) = delete;
 
-    bool isRunning() const { return m_port != 0; }
+    bool isRunning() const { return port() != 0; }
     // Why it is not running, for the test's message.
     const QString& failure() const { return m_failure; }
-    quint16 port() const { return m_port; }
+    quint16 port() const { return m_server.port(); }
     // ssh://USER@127.0.0.1:PORT/ABSOLUTE_PATH
     QUrl url(const QString& absolutePath) const;
     static QString userName();
@@ -37,10 +37,9 @@ public:
 
 private:
     QTemporaryDir m_directory;
-    QProcess m_process;
-    quint16 m_port = 0;
     QByteArray m_hostKeySha256;
     QString m_failure;
+    ServerProcess m_server; // last: it stops first
 };
 
 } // namespace corvane::test

@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QLocale>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,6 +20,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -88,8 +90,7 @@ private slots:
         QTest::addColumn<QString>("expected");
 
         QTest::newRow("plain") << doc(R"("Ember")", dark, mara, R"("1.3.0")") << "Ember|dark|Mara|1.3.0";
-        QTest::newRow("style in any case") << doc(E, R"("dArK")", mara, one) << "E|dark|Mara|1.0.0";
-        QTest::newRow("style in capitals") << doc(E, R"("LIGHT")", "[]", R"("1.2")") << "E|light||1.2.0";
+        QTest::newRow("style in any case") << doc(E, R"("LiGHT")", "[]", R"("1.2")") << "E|light||1.2.0";
         QTest::newRow("authors keep order and duplicates, extra keys")
             << doc(E, dark, R"([{"name": "B", "url": null}, {"email": "a@x", "name": "A"}, {"name": "B"}])", one)
             << "E|dark|B,A,B|1.0.0";
@@ -110,8 +111,6 @@ private slots:
             << doc(R"("1e309 \" 18446744073709551616")", dark, mara, R"("18446744073709551616.2")", R"(, "n": 1e999)")
             << "1e309 \" 18446744073709551616|dark|Mara|2.0.0";
         QTest::newRow("huge version") << doc(E, dark, mara, "18446744073709551616") << typeText("version", "String", "a number");
-        QTest::newRow("huge name") << doc("-1e309", dark, mara, one) << typeText("name", "String", "a number");
-        QTest::newRow("huge author") << doc(E, dark, "[1e400]", one) << typeText("author[0]", "Object", "a number");
         QTest::newRow("byte order mark and white space") << "\xEF\xBB\xBF \n" + doc(E, dark, "[]", one) + "\n" << "E|dark||1.0.0";
 
         QTest::newRow("top level array") << QByteArray("[{}]")
@@ -351,6 +350,12 @@ private slots:
         QFETCH(QList<int>, broken);
         QTemporaryDir directory;
         const int count = 1000;
+        // Fewer descriptors than files: a reader that kept its files open would run out.
+        rlimit descriptors{};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &descriptors), 0);
+        const rlimit lowered{std::min<rlim_t>(512, descriptors.rlim_cur), descriptors.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
+        const auto restore = qScopeGuard([&] { ::setrlimit(RLIMIT_NOFILE, &descriptors); });
         // Listed in the reverse of the files' own order, so listing order is neither name order nor
         // creation order; a third of the names occur three times.
         QList<QUrl> listing;

@@ -18,6 +18,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace corvane::test;
 
 namespace {
@@ -49,15 +51,11 @@ struct Scene {
 
     explicit Scene(bool overGit = false) : daemon(overGit ? std::make_unique<GitDaemon>(dir.path()) : nullptr) {}
 
-    // The built tool as its own process, inheriting this one's environment (XDG_DATA_HOME included).
+    // A command on this scene's remote, clone and installed themes.
     Run run(const QStringList& arguments) const
     {
-        QProcess tool;
         const QString url = daemon ? daemon->url("remote").toString() : remote.fileUrl().toString();
-        tool.start(CORVANE_TOOL_PATH, QStringList{arguments[0], "--remote", url, "--clone", clone, "--installed", installed}
-                                          + arguments.mid(1));
-        const bool finished = tool.waitForFinished(120000) && tool.exitStatus() == QProcess::NormalExit;
-        return {finished ? tool.exitCode() : -1, tool.readAllStandardOutput(), tool.readAllStandardError()};
+        return runTool(QStringList{arguments[0], "--remote", url, "--clone", clone, "--installed", installed} + arguments.mid(1));
     }
 
     // New: Aurora. Updates: Café (installed decomposed, as cafe-old) and Solar (1.5, as my-solar).
@@ -92,18 +90,9 @@ class CorvaneToolTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void listsTheWindowsRows_data()
-    {
-        QTest::addColumn<bool>("overGit");
-        QTest::newRow("file://") << false;
-        QTest::newRow("git://") << true;
-    }
-
     void listsTheWindowsRows()
     {
-        QFETCH(bool, overGit);
-        Scene scene(overGit);
-        QVERIFY(!overGit || scene.daemon->isRunning());
+        Scene scene;
         // Names that would split a row, or that a terminal would act on (clear the screen, ring).
         const QString odd = QString("Z\tnew\nline \"q\" \\ \x01\x1b[2J\x07") + QChar(0x85);
         writeTheme(scene.remote.themesDirectory(), "z.theme.json", odd, "dark", {"Ann\tBo"}, "1.0.0");
@@ -132,17 +121,72 @@ private slots:
                                    row(decomposedCafe, "Light", {"Dee"}, "2.0.0", "3.0.0", "cafe", "cafe-old"),
                                    row("Solar", "Dark", {"Cy"}, "1.5.0", "2.0.0", "solar-dark", "my-solar")}));
 
-        // lint describes a theme with the same keys and values as list.
-        const QJsonArray linted = QJsonDocument::fromJson(runTool({"lint", "--json", scene.clone + "/Themes"}).out.toUtf8()).array();
-        QCOMPARE(linted.size(), 4);
-        const QJsonObject aurora = linted.first().toObject();
-        for (const char* key : {"name", "style", "styleLabel", "authors"})
-            QCOMPARE(aurora.value(key), rows.first().toObject().value(key));
 
         TrashSandbox trash;
         const Run install = scene.run({"install", "--all"});
         QCOMPARE(install.exitCode, 0);
         QVERIFY(install.lines().contains("installed Z\\tnew\\nline \"q\" \\\\ \\x01\\x1b[2J\\x07\\u0085"));
+    }
+
+    // lint: every file in byte order, each theme or its fault. ROOT: a directory of the test's own; an
+    // output starting with "[" is compared as JSON.
+    void lintsADirectory_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+
+        const QString failed = "Theme decoding failed: Could not decode JSON, ";
+        const QString grey = failed + "decoding JSON from 'ROOT/mixed/c.theme.json' failed: Invalid style: grey";
+        const QString pipe = failed + "reading Data from 'ROOT/mixed/pipe.theme.json' failed: "
+                                      "It is not a regular file but a FIFO (named pipe).";
+        QTest::newRow("every file in byte order") << QStringList{"ROOT/mixed"} << 1
+            << "A.theme.json\tAlpha\tlight\tMara, Tom\t2.1.0\nb.theme.json\tBeta\tdark\tX\t1.2.0\n"
+               "c.theme.json\terror\t" + grey + "\npipe.theme.json\terror\t" + pipe + "\n"
+               "tab\\tname.theme.json\tNew\\nLine\tdark\ta\\tb\t3.0.0\n\u00e9t\u00e9.theme.json\t\u00c9t\u00e9\tlight\t\t1.0.0\n"
+            << "";
+        QTest::newRow("JSON") << QStringList{"ROOT/mixed", "--json"} << 1
+            << QString(R"([{"file": "A.theme.json", "name": "Alpha", "style": "light", "styleLabel": "Light", "authors": ["Mara", "Tom"], "version": "2.1.0"},
+                  {"file": "b.theme.json", "name": "Beta", "style": "dark", "styleLabel": "Dark", "authors": ["X"], "version": "1.2.0"},
+                  {"file": "c.theme.json", "error": "GREY"}, {"file": "pipe.theme.json", "error": "PIPE"},
+                  {"file": "tab\tname.theme.json", "name": "New\nLine", "style": "dark", "styleLabel": "Dark", "authors": ["a\tb"], "version": "3.0.0"},
+                  {"file": "\u00e9t\u00e9.theme.json", "name": "\u00c9t\u00e9", "style": "light", "styleLabel": "Light", "authors": [], "version": "1.0.0"}])")
+                   .replace("GREY", grey).replace("PIPE", pipe)
+            << "";
+        QTest::newRow("empty, as JSON") << QStringList{"ROOT/empty", "--json"} << 0 << "[]\n" << "";
+        QTest::newRow("missing directory") << QStringList{"ROOT/missing", "--json"} << 1 << ""
+            << "Theme decoding failed: File at file://ROOT/missing appears not to be a directory.\n";
+        QTest::newRow("no directory") << QStringList{} << 2 << ""
+            << "usage: corvane lint DIR [--json]\ncorvane lint: DIR is required\n";
+    }
+
+    void lintsADirectory()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QTemporaryDir root;
+        const QString mixed = root.filePath("mixed");
+        writeTheme(mixed, "b.theme.json", "Beta", "Dark", {"X"}, "1.2");
+        writeTheme(mixed, "A.theme.json", "Alpha", "light", {"Mara", "Tom"}, "2.1.0");
+        writeTheme(mixed, "c.theme.json", "Grey", "grey", {}, "1");
+        writeTheme(mixed, "tab\tname.theme.json", "New\nLine", "dark", {"a\tb"}, "3");
+        writeTheme(mixed, "\u00e9t\u00e9.theme.json", "\u00c9t\u00e9", "light", {}, "1");
+        QCOMPARE(::mkfifo(QFile::encodeName(mixed + "/pipe.theme.json").constData(), 0644), 0);
+        QVERIFY(QDir().mkpath(root.filePath("empty")));
+
+        const Run run = runTool(QStringList{"lint"} + arguments.replaceInStrings("ROOT", root.path()));
+        QCOMPARE(run.exitCode, exitCode);
+        QCOMPARE(run.err, err.replace("ROOT", root.path()));
+        out.replace("ROOT", root.path());
+        if (out.startsWith(u'[')) {
+            QVERIFY(QJsonDocument::fromJson(out.toUtf8()).isArray());
+            QCOMPARE(QJsonDocument::fromJson(run.out.toUtf8()), QJsonDocument::fromJson(out.toUtf8()));
+        } else {
+            QCOMPARE(run.out, out);
+        }
     }
 
     // Names that are not UTF-8 keep their bytes from the clone to the installed directory; an
@@ -161,10 +205,7 @@ private slots:
         const Run list = scene.run({"list", "--json"});
         QVERIFY2(list.out.contains("/Themes/bad\\udcff\\udcfename.theme.json\""), qPrintable(list.out));
         QVERIFY2(list.out.contains("/old\\udcff.theme.json\"}"), qPrintable(list.out));
-        QProcess lint;
-        lint.start(CORVANE_TOOL_PATH, {"lint", scene.installed});
-        QVERIFY(lint.waitForFinished(60000));
-        QCOMPARE(lint.readAllStandardOutput(), QByteArray("old\\xff.theme.json\tOld\tdark\t\t1.0.0\n"));
+        QCOMPARE(runTool({"lint", scene.installed}).out, "old\\xff.theme.json\tOld\tdark\t\t1.0.0\n");
 
         const Run run = scene.run({"install", "--all"});
         QCOMPARE(run.err, QString());
@@ -185,7 +226,7 @@ private slots:
         Scene scene;
         writeFile(scene.remote.themesDirectory(), "broken.theme.json", R"({"name": "Broken", "style": "dark"})");
         scene.remote.commitAll("A broken theme");
-        for (const char* command : {"list", "list --json", "install --all"}) {
+        for (const char* command : {"list", "install --all"}) {
             const Run run = scene.run(QString(command).split(' '));
             QCOMPARE(run.exitCode, 1);
             QCOMPARE(run.out, QString());
@@ -197,34 +238,31 @@ private slots:
 
     void installsChosenRows_data()
     {
-        QTest::addColumn<bool>("overGit");
         QTest::addColumn<QStringList>("choice");
         QTest::addColumn<QStringList>("out");
         QTest::addColumn<QString>("err");
         QTest::addColumn<QStringList>("trashed");
         const QStringList bothOld{"cafe-old.theme.json", "my-solar.theme.json"};
-        QTest::newRow("git://: one update by name")
-            << true << QStringList{"Solar"} << QStringList{updatedSolar} << "" << QStringList{"my-solar.theme.json"};
-        QTest::newRow("file://: everything")
-            << false << QStringList{"--all"} << QStringList{"installed Aurora", updatedCafe, updatedSolar} << "" << bothOld;
+        QTest::newRow("one update by name")
+            << QStringList{"Solar"} << QStringList{updatedSolar} << "" << QStringList{"my-solar.theme.json"};
+        QTest::newRow("everything")
+            << QStringList{"--all"} << QStringList{"installed Aurora", updatedCafe, updatedSolar} << "" << bothOld;
         QTest::newRow("names in any order and composition, installed in row order")
-            << false << QStringList{"Solar", composedCafe} << QStringList{updatedCafe, updatedSolar} << "" << bothOld;
+            << QStringList{"Solar", composedCafe} << QStringList{updatedCafe, updatedSolar} << "" << bothOld;
         QTest::newRow("miscased or unknown names reported once, the others installed")
-            << false << QStringList{"solar", "Nimbus", "Aurora", "Nimbus"} << QStringList{"installed Aurora"}
+            << QStringList{"solar", "Nimbus", "Aurora", "Nimbus"} << QStringList{"installed Aurora"}
             << "corvane install: no new or updated theme is named 'solar'\ncorvane install: no new or updated theme is "
                "named 'Nimbus'\n" << QStringList{};
     }
 
     void installsChosenRows()
     {
-        QFETCH(bool, overGit);
         QFETCH(QStringList, choice);
         QFETCH(QStringList, out);
         QFETCH(QString, err);
         QFETCH(QStringList, trashed);
         TrashSandbox trash;
-        Scene scene(overGit);
-        QVERIFY(!overGit || scene.daemon->isRunning());
+        Scene scene;
         scene.publish();
 
         const Run run = scene.run(QStringList{"install"} + choice);
@@ -247,7 +285,6 @@ private slots:
         QTest::addColumn<QStringList>("out");      // list: the names only
         QTest::addColumn<QString>("err");
         const QStringList all{"Aurora", decomposedCafe, "Solar"};
-        QTest::newRow("list without settings") << QStringList{"list"} << all << "";
         QTest::newRow("list") << QStringList{"list", "--settings", "SETTINGS"} << QStringList{"Aurora", decomposedCafe}
                               << "";
         QTest::newRow("list --include-skipped")
@@ -268,12 +305,9 @@ private slots:
         TrashSandbox trash;
         Scene scene;
         scene.publish();
-        const QString settings = scene.dir.filePath("host.ini");
-        QFile file(settings);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[Corvane]\nskippedVersions\\1\\name=Solar\nskippedVersions\\1\\style=dark\n"
-                   "skippedVersions\\1\\version=2.0.0\nskippedVersions\\size=1\n");
-        file.close();
+        const QString settings = writeFile(scene.dir.path(), "host.ini",
+                                           "[Corvane]\nskippedVersions\\1\\name=Solar\nskippedVersions\\1\\style=dark\n"
+                                           "skippedVersions\\1\\version=2.0.0\nskippedVersions\\size=1\n");
         arguments.replaceInStrings("SETTINGS", settings);
 
         const Run run = scene.run(arguments);
@@ -344,6 +378,8 @@ private slots:
         QTest::newRow("no command") << QStringList{} << 2 << "" << "usage: corvane <command>";
         for (const char* command : {"check", "list", "install", "lint", "show"})
             QTest::addRow("%s --help", command) << QStringList{command, "--help"} << 0 << "usage: corvane " + QString(command) << "";
+        QTest::newRow("check without a clone") << QStringList{"check", "--remote", "/nowhere"} << 2 << ""
+                                               << "usage: corvane check";
         QTest::newRow("show without a display or --screenshot")
             << QStringList{"show", "--remote", "/nowhere", "--clone", "/nowhere", "--installed", "/nowhere"} << 1 << ""
             << "corvane show: no display to open the window on";

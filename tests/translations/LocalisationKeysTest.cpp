@@ -12,12 +12,11 @@
 #include "Corvane/themes/ThemeJsonParser.h"
 #include "Corvane/ui/ThemeCellView.h"
 
+#include "Catalogue.h"
 #include "presentation/AlertAnswerer.h"
 
-#include <QFile>
 #include <QPushButton>
 #include <QTranslator>
-#include <QXmlStreamReader>
 
 using namespace corvane;
 using namespace corvane::test;
@@ -25,51 +24,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The ids hosts know from the published tables: a call site that misspells one of these breaks every
-// host's translation of that text.
-const QStringList publishedIds = {
-    u"corvane.fetch-failed.title"_s, u"corvane.fetch-failed.message"_s, u"corvane.fetch-failed.close-updater"_s,
-    u"corvane.fetch-failed.retry"_s, u"corvane.copying-failed.title"_s, u"corvane.copying-failed.message"_s,
-    u"corvane.copying-failed.continue"_s, u"corvane.copying-failed.resolve"_s,
-    u"corvane.deleting-local-repo-failed.title"_s, u"corvane.deleting-local-repo-failed.message"_s,
-    u"corvane.deleting-local-repo-failed.continue"_s, u"corvane.deleting-local-repo-failed.resolve"_s,
-    u"corvane.deleting-installed-themes-failed.title"_s, u"corvane.deleting-installed-themes-failed.message"_s,
-    u"corvane.deleting-installed-themes-failed.continue"_s, u"corvane.deleting-installed-themes-failed.resolve"_s,
-    u"corvane.style.light"_s, u"corvane.style.dark"_s, u"corvane.theme.install"_s, u"corvane.theme.update"_s,
-    u"corvane.ThemeDecodingError.base"_s, u"corvane.JSONDecodingError.base"_s,
-    u"corvane.JSONDecodingError.dataReadingFailed"_s, u"corvane.JSONDecodingError.jsonDecodingFailed"_s,
-    u"corvane.RemoteThemeFetchingError.base"_s, u"corvane.RemoteThemeFetchingError.repositoryError"_s,
-    u"corvane.LocalThemeFetchingError.base"_s, u"corvane.LocalThemeFetchingError.fileError"_s,
-    u"corvane.ThemeDifferencesError.base"_s,
-};
-
-// The highest numbered marker of a text; "%@" would be left over from unnumbered texts and counts as none.
-int numberedMarkers(const QString& text)
-{
-    int highest = 0;
-    for (int n = 1; n < 10; ++n) {
-        if (text.contains(u'%' + QString::number(n)))
-            highest = n;
-    }
-    return highest;
-}
-
-// Every id of the translation template, with the number of markers ("%1", "%2", ...) its English text fills.
+// Every id of the translation template, with the highest numbered marker ("%1", "%2", ...) its English text fills.
 QHash<QString, int> templateIds()
 {
     QHash<QString, int> ids;
-    QFile file(qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + "/translations/corvane.ts"_L1);
-    if (!file.open(QIODevice::ReadOnly))
-        return ids;
-    QXmlStreamReader xml(&file);
-    QString id;
-    while (!xml.atEnd()) {
-        if (!xml.readNextStartElement())
-            continue;
-        if (xml.name() == u"message")
-            id = xml.attributes().value("id"_L1).toString();
-        else if (xml.name() == u"source")
-            ids.insert(id, numberedMarkers(xml.readElementText()));
+    const auto catalogue = readCatalogue(sourceFile(u"translations/corvane.ts"_s));
+    for (auto message = catalogue.cbegin(); message != catalogue.cend(); ++message) {
+        int highest = 0; // "%@", left over from unnumbered texts, counts as none
+        for (const QString& marker : markers(message->source))
+            highest = std::max(highest, marker.mid(1).toInt());
+        ids.insert(message.key(), highest);
     }
     return ids;
 }
@@ -108,8 +72,6 @@ private slots:
     void initTestCase()
     {
         QVERIFY(ids().size() > 30);
-        for (const QString& id : publishedIds)
-            QVERIFY2(ids().contains(id), qPrintable(id + " is missing from the translation template"_L1));
         QVERIFY(QCoreApplication::installTranslator(&m_translator));
     }
     void cleanupTestCase() { QCoreApplication::removeTranslator(&m_translator); }

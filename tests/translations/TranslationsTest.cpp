@@ -8,74 +8,18 @@
 #include "Corvane/themes/RegularFile.h"
 #include "Corvane/themes/ThemeDecodingError.h"
 
-#include <QFile>
-#include <QHash>
-#include <QRegularExpression>
-#include <QSet>
+#include "Catalogue.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
-#include <QXmlStreamReader>
 
 #include <functional>
 
 using namespace corvane;
+using namespace corvane::test;
 using namespace std::chrono_literals;
-
-namespace {
-
-struct Message {
-    QString source;
-    QStringList translations; // one, or every plural form
-    QString type;
-    bool counted = false;
-};
-
-// The messages of a Qt Linguist file, by id.
-QHash<QString, Message> readCatalogue(const QString& path)
-{
-    QHash<QString, Message> messages;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return messages;
-    QXmlStreamReader xml(&file);
-    QString id;
-    while (!xml.atEnd()) {
-        if (!xml.readNextStartElement())
-            continue;
-        if (xml.name() == u"message") {
-            id = xml.attributes().value(QLatin1StringView("id")).toString();
-            messages[id].counted = xml.attributes().value(QLatin1StringView("numerus")) == u"yes";
-        } else if (xml.name() == u"source") {
-            messages[id].source = xml.readElementText();
-        } else if (xml.name() == u"translation") {
-            messages[id].type = xml.attributes().value(QLatin1StringView("type")).toString();
-            if (!messages[id].counted)
-                messages[id].translations = {xml.readElementText()};
-        } else if (xml.name() == u"numerusform") {
-            messages[id].translations.append(xml.readElementText());
-        }
-    }
-    return messages;
-}
-
-// The numbered markers of a text, "%1" to "%99", and any old-style "%@" left behind.
-QSet<QString> markers(const QString& text)
-{
-    static const QRegularExpression marker(QStringLiteral("%(\\d{1,2}|@)"));
-    QSet<QString> found;
-    for (const auto& match : marker.globalMatch(text))
-        found.insert(match.captured());
-    return found;
-}
-
-QString sourceFile(const QString& relative)
-{
-    return qEnvironmentVariable("CORVANE_TEST_SOURCE_DIR") + u'/' + relative;
-}
-
-} // namespace
 
 class TranslationsTest : public QObject {
     Q_OBJECT
@@ -139,17 +83,6 @@ private slots:
         QCoreApplication::removeTranslator(&host);
     }
 
-    void germanCatalogueTranslatesNestedTexts()
-    {
-        QTranslator german;
-        QVERIFY(german.load(QStringLiteral(GERMAN_CATALOGUE)));
-        QCoreApplication::installTranslator(&german);
-        const QString text = ThemeDecodingError{TextError{QStringLiteral("Expected directoryURL")}}.errorDescription();
-        QVERIFY2(!text.startsWith(QStringLiteral("Theme decoding failed")), qPrintable(text));
-        QVERIFY(text.endsWith(QStringLiteral("Expected directoryURL")));
-        QCoreApplication::removeTranslator(&german);
-    }
-
     void placeholdersAreFilledAsData_data()
     {
         QTest::addColumn<QString>("format");
@@ -178,15 +111,12 @@ private slots:
         QFETCH(QString, format);
         QFETCH(QStringList, arguments);
         QFETCH(QString, expected);
-        QString result;
-        if (arguments.size() == 1)
-            result = fillPlaceholders(format, {arguments[0]});
-        else
-            result = fillPlaceholders(format, {arguments[0], arguments[1]});
-        QCOMPARE(result, expected);
+        QCOMPARE(arguments.size() == 1 ? fillPlaceholders(format, {arguments[0]})
+                                       : fillPlaceholders(format, {arguments[0], arguments[1]}), expected);
     }
 
     // Texts that count: the word agrees with the number, and the number is written as the locale writes it.
+    // German shows what English cannot: a decimal comma, and counts filled beside a path holding markers.
     void countedTexts_data()
     {
         QTest::addColumn<QString>("language");
@@ -205,24 +135,16 @@ private slots:
 
         QTest::newRow("en: many bytes") << "en_US" << tooLarge
                                         << "The file has 5,242,955 bytes; a theme file may have at most 4,194,304 bytes.";
-        QTest::newRow("de: many bytes") << "de_DE" << tooLarge
-                                        << "Die Datei hat 5.242.955 Bytes; eine Theme-Datei darf höchstens 4.194.304 Bytes haben.";
         QTest::newRow("en: one byte") << "en_US" << oneByte
                                       << "The file has 1 byte; a theme file may have at most 0 bytes.";
-        QTest::newRow("de: one byte") << "de_DE" << oneByte
-                                      << "Die Datei hat 1 Byte; eine Theme-Datei darf höchstens 0 Bytes haben.";
         QTest::newRow("en: one second") << "en_US" << timeOut(1000ms)
                                         << "The theme repository git://h/t did not answer within 1 second.";
-        QTest::newRow("de: one second") << "de_DE" << timeOut(1000ms)
-                                        << "Das Theme-Repository git://h/t hat nicht innerhalb von 1 Sekunde geantwortet.";
         QTest::newRow("en: a fraction of a second") << "en_US" << timeOut(1500ms)
                                                     << "The theme repository git://h/t did not answer within 1.5 seconds.";
         QTest::newRow("de: a fraction of a second") << "de_DE" << timeOut(1500ms)
                                                     << "Das Theme-Repository git://h/t hat nicht innerhalb von 1,5 Sekunden geantwortet.";
         QTest::newRow("en: minutes") << "en_US" << busyForMinutes
                                      << "Another synchronisation of the clone /c has been running for 2 minutes.";
-        QTest::newRow("de: minutes") << "de_DE" << busyForMinutes
-                                     << "Eine andere Synchronisierung des Klons /c läuft seit 2 Minuten.";
         QTest::newRow("de: a path with markers and a count")
             << "de_DE" << oversized
             << "Die Theme-Datei „/c/1%2.theme.json“ hat 12.000.000 Bytes; eine Theme-Datei darf höchstens "

@@ -2,17 +2,11 @@
 // The assembled updater against real repositories: real files, a Trash of its own, the real window off
 // screen and the real alerts answered from the test; and corvane show as a script runs it.
 #include "Corvane/module/CorvaneModule.h"
-#include "Corvane/module/CorvaneWireframe.h"
-#include "Corvane/ui/CorvaneWindowController.h"
 #include "Corvane/ui/LoadingViewController.h"
-#include "Corvane/ui/ThemeListViewController.h"
-#include "Corvane/ui/ThemeTableModel.h"
-#include "Corvane/ui/ThemeCellView.h"
-#include "Corvane/ui/ThemeTableView.h"
 
-#include "GitRepositoryFixture.h"
 #include "ThemeFiles.h"
 #include "TrashSandbox.h"
+#include "UpdaterScene.h"
 #include "presentation/AlertAnswerer.h"
 
 #include <QImage>
@@ -29,44 +23,11 @@ using Answer = AlertAnswerer::Answer;
 
 namespace {
 
-constexpr int comparisonTimeout = 30000;
-
-// A remote with Harbor Night 1.10 and Paper Mint, Harbor Night 1.2 installed; the updater over them or nowhere.
-struct Updater {
-    QTemporaryDir directory;
-    GitRepositoryFixture remote{directory.filePath(u"remote"_s)};
-    QString clone = directory.filePath(u"clone"_s), installed = directory.filePath(u"installed"_s);
-    QUrl remoteUrl;
-    std::unique_ptr<CorvaneWireframe> wireframe;
-    ThemeListViewController* list;
-
-    explicit Updater(bool reachable = true, int more = 0)
-    {
-        for (int index = 0; index < more; ++index)
-            writeTheme(remote.themesDirectory(), u"more-%1.theme.json"_s.arg(index, 2, 10, QChar(u'0')),
-                       u"More %1"_s.arg(index, 2, 10, QChar(u'0')), u"light"_s, {}, u"1.0.0"_s);
-        for (const QString& themes : {remote.themesDirectory(), installed})
-            writeTheme(themes, u"harbor-night.theme.json"_s, u"Harbor Night"_s, u"dark"_s, {u"Ann"_s},
-                       themes == installed ? u"1.2"_s : u"1.10"_s);
-        writeTheme(remote.themesDirectory(), u"paper-mint.theme.json"_s, u"Paper Mint"_s, u"light"_s, {}, u"2.0.0"_s);
-        remote.commitAll(u"Two themes"_s);
-        remoteUrl = reachable ? remote.fileUrl() : QUrl::fromLocalFile(directory.filePath(u"nowhere"_s));
-        wireframe = CorvaneWireframe::create(
-            Configuration(remoteUrl, QUrl::fromLocalFile(clone), QUrl::fromLocalFile(installed)));
-        list = wireframe->windowController()->listViewController();
-    }
-    QStringList rows() const
-    {
-        QStringList names;
-        for (const ThemeEntry& entry : list->tableViewModel().entries())
-            names << entry.name;
-        return names;
-    }
-    // Refresh is enabled only once the list has taken a comparison's outcome.
-    bool settled() const { return list->refreshButton()->isEnabled(); }
-    bool loading() const { return !settled() && list->loadingViewController()->isIndicatorRunning(); }
-    QByteArray file(const QString& directory, const char* name) const { return readFile(directory + u'/' + name); }
-};
+// Fetching: the list has no outcome yet and the loading overlay's indicator runs.
+bool loading(const Updater& updater)
+{
+    return !updater.settled() && updater.list->loadingViewController()->isIndicatorRunning();
+}
 
 } // namespace
 
@@ -79,29 +40,28 @@ private slots:
     void showListsThenARowAndUpdateAllInstall()
     {
         TrashSandbox trash;
-        Updater updater;
+        Updater updater(1);
+        updater.create(updater.remote.fileUrl());
         QVERIFY(!QFile::exists(updater.clone)); // nothing is fetched before show()
         updater.wireframe->show();
-        QVERIFY(updater.wireframe->isVisible() && updater.loading());
+        QVERIFY(updater.wireframe->isVisible() && loading(updater));
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        QCOMPARE(updater.rows(), QStringList({u"Paper Mint"_s, u"Harbor Night"_s})); // new themes first
+        QCOMPARE(updater.rows(), QStringList({u"Theme 000"_s, u"Harbor Night"_s})); // new themes first
 
-        const QByteArray old = updater.file(updater.installed, "harbor-night.theme.json");
+        const QByteArray old = readFile(updater.installed + u"/harbor-night.theme.json"_s);
         QTest::qWait(QApplication::doubleClickInterval()); // a press on rows that just moved installs nothing
-        auto harborNight = qobject_cast<ThemeCellView*>(
-            updater.list->themeTableView()->cellForRow(updater.list->tableViewModel().rowOfEntry(1)));
-        QTest::mouseClick(harborNight->updateButton(), Qt::LeftButton);
-        QCOMPARE(updater.file(updater.installed, "harbor-night.theme.json"),
-                 updater.file(updater.remote.themesDirectory(), "harbor-night.theme.json"));
+        QTest::mouseClick(updater.cell(1)->updateButton(), Qt::LeftButton);
+        QCOMPARE(readFile(updater.installed + u"/harbor-night.theme.json"_s),
+                 readFile(updater.remote.themesDirectory() + u"/harbor-night.theme.json"_s));
         QCOMPARE(trash.trashedNames(), QStringList{u"harbor-night.theme.json"_s});
-        QCOMPARE(updater.file(trash.filesDirectory(), "harbor-night.theme.json"), old);
-        QVERIFY(updater.loading());
+        QCOMPARE(readFile(trash.filesDirectory() + u"/harbor-night.theme.json"_s), old);
+        QVERIFY(loading(updater));
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        QCOMPARE(updater.rows(), QStringList{u"Paper Mint"_s});
+        QCOMPARE(updater.rows(), QStringList{u"Theme 000"_s});
 
         QTest::mouseClick(updater.list->updateAllButton(), Qt::LeftButton);
-        QCOMPARE(updater.file(updater.installed, "paper-mint.theme.json"),
-                 updater.file(updater.remote.themesDirectory(), "paper-mint.theme.json"));
+        QCOMPARE(readFile(updater.installed + u"/theme-000.theme.json"_s),
+                 readFile(updater.remote.themesDirectory() + u"/theme-000.theme.json"_s));
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
         QCOMPARE(updater.rows(), QStringList{});
     }
@@ -109,9 +69,9 @@ private slots:
     void anInstallKeepsThePlaceAndIgnoresPressesOnMovingRows()
     {
         TrashSandbox trash;
-        Updater updater(true, 40);
-        updater.wireframe->show();
-        QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
+        Updater updater(41);
+        updater.open(updater.remote.fileUrl());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.list->refreshButton()->isEnabled(), comparisonTimeout); // the rows just came
         ThemeTableView* table = updater.list->themeTableView();
         QScrollBar* scroll = table->verticalScrollBar();
         scroll->setValue(table->rowHeight() * 20 + 7);
@@ -126,7 +86,7 @@ private slots:
         QTest::qWait(QApplication::doubleClickInterval());
         auto cell = qobject_cast<ThemeCellView*>(table->cellForRow(acted));
         QTest::mouseClick(cell->updateButton(), Qt::LeftButton);
-        QVERIFY(updater.loading());
+        QVERIFY(loading(updater));
         updater.list->installTheme(other); // while the list reloads
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
 
@@ -139,13 +99,13 @@ private slots:
 
     void aCloneThatMovedUnderTheWindowInstallsOnlyWhatTheRowsShowed_data()
     {
-        QTest::addColumn<bool>("renamed"); // Harbor Night's file renamed upstream, else Paper Mint's version raised
+        QTest::addColumn<bool>("renamed"); // Harbor Night's file renamed upstream, else Theme 000's version raised
         QTest::addColumn<QStringList>("installed");
         QTest::addColumn<QStringList>("rows"); // after the refresh that follows
         QTest::newRow("a version raised upstream") << false << QStringList{u"harbor-night.theme.json"_s}
-                                                   << QStringList{u"Paper Mint 2.1.0"_s, u"Harbor Night 1.10.0"_s};
+                                                   << QStringList{u"Theme 000 2.1.0"_s, u"Harbor Night 1.10.0"_s};
         QTest::newRow("a file renamed upstream")
-            << true << QStringList{u"harbor-night.theme.json"_s, u"paper-mint.theme.json"_s}
+            << true << QStringList{u"harbor-night.theme.json"_s, u"theme-000.theme.json"_s}
             << QStringList{u"Harbor Night 1.10.0"_s};
     }
 
@@ -153,31 +113,31 @@ private slots:
     {
         QFETCH(bool, renamed);
         TrashSandbox trash;
-        Updater updater;
+        Updater updater(1);
         AlertAnswerer alerts;
-        updater.wireframe->show();
+        updater.open(updater.remote.fileUrl());
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
-        const QByteArray oldHarborNight = updater.file(updater.installed, "harbor-night.theme.json");
+        const QByteArray oldHarborNight = readFile(updater.installed + u"/harbor-night.theme.json"_s);
 
         // Upstream moves on, and the host's repository check brings the same clone along.
         const QString themes = updater.remote.themesDirectory();
         if (renamed)
             QVERIFY(QFile::rename(themes + u"/harbor-night.theme.json"_s, themes + u"/harbor-night-2.theme.json"_s));
         else
-            writeTheme(themes, u"paper-mint.theme.json"_s, u"Paper Mint"_s, u"light"_s, {}, u"2.1.0"_s);
+            writeTheme(themes, u"theme-000.theme.json"_s, u"Theme 000"_s, u"light"_s, {}, u"2.1.0"_s);
         updater.remote.commitAll(u"Moved on"_s);
         bool checked = false;
-        CorvaneModule(Configuration(updater.remoteUrl, QUrl::fromLocalFile(updater.clone),
+        CorvaneModule(Configuration(updater.remote.fileUrl(), QUrl::fromLocalFile(updater.clone),
                                     QUrl::fromLocalFile(updater.installed)))
             .hasUpdates(std::nullopt, [&](const ThemeRepositoryStatus&) { checked = true; });
         QTRY_VERIFY_WITH_TIMEOUT(checked, comparisonTimeout);
 
-        updater.list->updateAll(); // the rows still show Paper Mint 2.0.0 and Harbor Night 1.10.0
+        updater.list->updateAll(); // the rows still show Theme 000 1.0.0 and Harbor Night 1.10.0
         QTRY_VERIFY_WITH_TIMEOUT(updater.settled(), comparisonTimeout);
         QCOMPARE(alerts.seen().size(), 0); // a stale list is no copying failure
         QTEST(QDir(updater.installed).entryList(QDir::Files), "installed");
-        if (!renamed) // Paper Mint was not installed at 2.1.0, which no row showed; Harbor Night not reached
-            QCOMPARE(updater.file(updater.installed, "harbor-night.theme.json"), oldHarborNight);
+        if (!renamed) // Theme 000 was not installed at 2.1.0, which no row showed; Harbor Night not reached
+            QCOMPARE(readFile(updater.installed + u"/harbor-night.theme.json"_s), oldHarborNight);
         QStringList rows;
         for (const ThemeEntry& entry : updater.list->tableViewModel().entries())
             rows << entry.name + u' ' + entry.remoteVersion;
@@ -187,11 +147,11 @@ private slots:
     void theHostHearsOfInstallsAndOfTheWindowClosing()
     {
         TrashSandbox trash;
-        Updater updater;
+        Updater updater(1);
         QWidget host;
         host.setGeometry(100, 100, 800, 600);
         QSettings hostSettings(updater.directory.filePath(u"host.ini"_s), QSettings::IniFormat);
-        auto updaterOfHost = CorvaneModule(Configuration(updater.remoteUrl, QUrl::fromLocalFile(updater.clone),
+        auto updaterOfHost = CorvaneModule(Configuration(updater.remote.fileUrl(), QUrl::fromLocalFile(updater.clone),
                                                          QUrl::fromLocalFile(updater.installed)))
                                  .corvane(&host, &hostSettings);
         QSignalSpy installed(updaterOfHost.get(), &UpdatesThemes::themesInstalled);
@@ -205,7 +165,7 @@ private slots:
         list->updateAll();
         QTRY_COMPARE(installed.size(), 1);
         QCOMPARE(installed.at(0).at(0).toStringList(),
-                 QStringList({updater.installed + u"/paper-mint.theme.json"_s,
+                 QStringList({updater.installed + u"/theme-000.theme.json"_s,
                               updater.installed + u"/harbor-night.theme.json"_s}));
         QCOMPARE(closed.size(), 0);
         updaterOfHost->close();
@@ -218,7 +178,8 @@ private slots:
 
     void aFailedComparisonOffersRetryThenIgnore()
     {
-        Updater updater(false);
+        Updater updater(1);
+        updater.create(QUrl::fromLocalFile(updater.directory.filePath(u"nowhere"_s)));
         AlertAnswerer alerts({Answer::second, Answer::first}); // Retry, then Ignore
         bool loadingAgain = false;
         connect(updater.wireframe->windowController().get(), &CorvaneWindowController::themeEntriesShown, &alerts,
@@ -231,22 +192,6 @@ private slots:
         QVERIFY2(alerts.seen().last()[2].startsWith("Computing theme differences failed"_L1),
                  qPrintable(alerts.seen().last()[2])); // the detail
         QCOMPARE(updater.rows(), QStringList{});
-    }
-
-    void droppingTheUpdaterMidComparisonReleasesTheWholeGraph()
-    {
-        Updater updater;
-        const std::weak_ptr presenter = updater.wireframe->presenter();
-        const std::weak_ptr eventHandler = updater.wireframe->eventHandler();
-        const std::weak_ptr windowController = updater.wireframe->windowController();
-        const QPointer<QWidget> window = updater.wireframe->windowController()->window();
-        updater.wireframe->show();
-        updater.wireframe.reset();
-        QVERIFY(presenter.expired() && eventHandler.expired() && windowController.expired());
-        QTRY_VERIFY(!window);
-        // The comparison runs to its end, and its result goes nowhere.
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(updater.clone + "/Themes"_L1), comparisonTimeout);
-        QTest::qWait(200);
     }
 
 #ifdef CORVANE_TOOL
@@ -266,9 +211,10 @@ private slots:
         QFETCH(bool, reachable);
         QFETCH(QString, screenshot);
         QFETCH(QString, error);
-        const Updater updater(reachable);
+        const Updater updater(1);
+        const QString remote = reachable ? updater.remote.path() : updater.directory.filePath(u"nowhere"_s);
         QProcess process; // off screen, as this test
-        process.start(QStringLiteral(CORVANE_TOOL), {u"show"_s, u"--remote"_s, updater.remoteUrl.toLocalFile(),
+        process.start(QStringLiteral(CORVANE_TOOL), {u"show"_s, u"--remote"_s, remote,
                                                      u"--clone"_s, updater.clone, u"--installed"_s, updater.installed,
                                                      u"--screenshot"_s, updater.directory.filePath(screenshot)});
         QVERIFY(process.waitForFinished(120000));
