@@ -31,16 +31,5 @@ diff -r -q -x .git "$work/corvane-clone" "$work/git-clone"
 echo "$(ls "$work/git-clone/Themes" | wc -l) theme files, same in both clones" >&2
 echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
 
-hyperfine --warmup 1 --runs "$runs" --export-json "$work/clone-times.json" --style basic \
-    -n "corvane first clone" --prepare "rm -rf $(printf %q "$work/corvane-clone")" \
-    "$(printf '%q ' "$corvane" check --remote "$remote" --clone "$work/corvane-clone")" \
-    -n "git clone" --prepare "rm -rf $(printf %q "$work/git-clone")" \
-    "$(printf '%q ' git clone --quiet "$remote" "$work/git-clone")"
-
-python3 - "$work/clone-times.json" <<'PY'
-import json, sys
-r = {x["command"]: x for x in json.load(open(sys.argv[1]))["results"]}
-c, g = r["corvane first clone"], r["git clone"]
-print(f"corvane first clone {c['mean'] * 1e3:.1f} ms ± {c['stddev'] * 1e3:.1f} against git clone "
-      f"{g['mean'] * 1e3:.1f} ms ± {g['stddev'] * 1e3:.1f}: ratio {c['mean'] / g['mean']:.2f}x (target <= 1.2x)")
-PY
+. "$here/time-first-clones.sh"
+time_first_clones "over git://" "<= 1.2x"

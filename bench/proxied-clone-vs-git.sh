@@ -46,16 +46,5 @@ echo "$(ls "$work/git-clone/Themes" | wc -l) theme files, same in both clones;" 
 [ "$through_corvane" -gt 0 ] && [ "$through_git" -gt 0 ] || { echo "a clone bypassed the proxy" >&2; exit 1; }
 echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores" >&2
 
-hyperfine --warmup 1 --runs "$runs" --export-json "$work/proxied-clone-times.json" --style basic \
-    -n "corvane first clone" --prepare "rm -rf $(printf %q "$work/corvane-clone")" \
-    "$(printf '%q ' "$corvane" check --remote "$remote" --clone "$work/corvane-clone")" \
-    -n "git clone" --prepare "rm -rf $(printf %q "$work/git-clone")" \
-    "$(printf '%q ' git clone --quiet "$remote" "$work/git-clone")"
-
-python3 - "$work/proxied-clone-times.json" <<'PY'
-import json, sys
-r = {x["command"]: x for x in json.load(open(sys.argv[1]))["results"]}
-c, g = r["corvane first clone"], r["git clone"]
-print(f"through an http proxy: corvane first clone {c['mean'] * 1e3:.1f} ms ± {c['stddev'] * 1e3:.1f} against "
-      f"git clone {g['mean'] * 1e3:.1f} ms ± {g['stddev'] * 1e3:.1f}: ratio {c['mean'] / g['mean']:.2f}x")
-PY
+. "$here/time-first-clones.sh"
+time_first_clones "through an http proxy"
