@@ -4,6 +4,7 @@
 
 #include "ScriptedProxy.h"
 #include "SshServer.h"
+#include "StallingServer.h"
 #include "ThemeRepositoryScene.h"
 
 #include <QDirIterator>
@@ -367,6 +368,35 @@ private slots:
         QCOMPARE(scene.cloneHead(), scene.remote.headCommit());
         if (proxy)
             QVERIFY(!proxy->lines().isEmpty());
+    }
+
+    // Whatever a proxy answers, the failure says what was wrong with it and leaves no clone behind.
+    void namesWhatIsWrongWithAProxysAnswer_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("failure"); // PROXY: the proxy's host and port
+        QTest::newRow("not http") << QByteArray("SSH-2.0-OpenSSH_9.2\r\n")
+                                  << "a response that is not HTTP/1.x (\"SSH-2.0-OpenSSH_9.2\") from the proxy PROXY";
+        QTest::newRow("a gateway error") << QByteArray("HTTP/1.1 502 Bad Gateway\r\nContent-Length: 0\r\n\r\n")
+                                         << "unexpected http status code: 502";
+        QTest::newRow("a web page") << QByteArray("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 5\r\n\r\nhello")
+                                    << "invalid content-type: 'text/html'";
+        QTest::newRow("a broken chunk")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Type: application/x-git-upload-pack-advertisement\r\n"
+                          "Transfer-Encoding: chunked\r\n\r\nzz\r\n")
+            << "a broken chunk size \"zz\" from the proxy PROXY";
+    }
+
+    void namesWhatIsWrongWithAProxysAnswer()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, failure);
+        ThemeRepositoryScene scene(Served::http);
+        StallingServer proxy(StallingServer::greeting(answer));
+        qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
+        const auto failed = failureOf(SynchronizedRepository(scene.cloneUrl(), scene.remoteUrl()));
+        QCOMPARE(failed.value_or(QString()), failure.replace("PROXY", "127.0.0.1:" + QString::number(proxy.port())));
+        QCOMPARE(Repository::isValid(scene.cloneUrl()).value_or(true), false);
     }
 
     // no_proxy as git and curl read it: names, domains and ports, never a name that merely ends alike.
