@@ -99,20 +99,20 @@ void TransferWatch::routeThroughProxy(git_proxy_options& options, git_repository
     // One lookup for both schemes, so that both read the same settings the same way; libgit2's own
     // would connect to plain http directly and takes an empty setting for a malformed proxy.
     options.type = GIT_PROXY_NONE;
+    const bool https = m_remote.scheme() == QLatin1String("https");
+    if (!https && m_remote.scheme() != QLatin1String("http"))
+        return; // ssh, git:// and local remotes never use a proxy: no configuration to read
     const std::optional<QUrl> proxy = HttpProxyLookup::forRemote(repository, remoteName, m_remote);
     if (!proxy)
         return;
-    if (m_remote.scheme() == QLatin1String("https")) {
-        m_httpsProxy = proxy->toEncoded();
-        options.type = GIT_PROXY_SPECIFIED;
-        options.url = m_httpsProxy.constData();
-    } else if (m_remote.scheme() == QLatin1String("http") && ProxiedHttpSubtransport::isAvailable()) {
+    if (!https && ProxiedHttpSubtransport::isAvailable()) {
         m_httpProxy = *proxy;
-    } else if (m_remote.scheme() == QLatin1String("http")) {
-        m_httpsProxy = proxy->toEncoded(); // libgit2's way is all there is here
-        options.type = GIT_PROXY_SPECIFIED;
-        options.url = m_httpsProxy.constData();
+        return;
     }
+    // libgit2's own tunnel for https; for plain http where our transport is missing, all there is.
+    m_httpsProxy = proxy->toEncoded();
+    options.type = GIT_PROXY_SPECIFIED;
+    options.url = m_httpsProxy.constData();
 }
 
 void TransferWatch::markActivity()
